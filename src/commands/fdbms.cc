@@ -1,0 +1,18 @@
+#include "commands/fdbms.h"
+
+#include "commands/versionentry.h"
+#include "document/series.h"
+
+namespace tolvane {
+
+int fdbms(const char* path) {
+  load(path);
+  versionentry();
+  const Place place = locate("[Datasets]", "DataSet_", "FDBMS");
+  if (place.line != nullptr) return 1;
+  savenumbered("[Datasets]", "DataSet_", place.number, "FDBMS,fdbms,,0,P,0,0");
+  output(path);
+  return 1;
+}
+
+}  // namespace tolvane

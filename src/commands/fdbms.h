@@ -1,0 +1,10 @@
+// The command `fdbms`: adds the "FDBMS" database to a configuration parameter file.
+#pragma once
+
+namespace tolvane {
+
+/// Adds the database at the first free number unless it is listed before that. Returns the exit status 1. Fatal, with
+/// the file untouched, when it cannot be read or written or does not record its version.
+int fdbms(const char* path);
+
+}  // namespace tolvane

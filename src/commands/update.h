@@ -1,0 +1,11 @@
+// The command `update`: brings a configuration parameter file up to the current version.
+#pragma once
+
+namespace tolvane {
+
+/// Converts the file in place and keeps the old one under its name, "_" and the letters and digits of its version.
+/// Returns the exit status 1, also when there was nothing to convert. Fatal, with the file untouched, when it cannot be
+/// read or written, does not record its version, or names an unknown platform.
+int update(const char* path);
+
+}  // namespace tolvane

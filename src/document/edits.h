@@ -1,0 +1,38 @@
+// The recurring shapes of a conversion's edits: a block of like edits as data, and an entry that moves.
+#pragma once
+
+#include <initializer_list>
+#include <span>
+#include <string_view>
+
+#include "document/text.h"
+
+namespace tolvane {
+
+/// One row of a block: what the verb is called with behind the section.
+struct Edit {
+  std::string_view key;
+  std::string_view value;
+};
+
+/// What a block does with its rows: `saveentry`, `editentry`, `keepentry`, ...
+using Verb = void (*)(std::string_view section, std::string_view key, std::string_view value);
+
+/// Does the edits of a block, in their order, to one section.
+void each(Verb verb, std::string_view section, std::span<const Edit> edits);
+void each(Verb verb, std::string_view section, std::initializer_list<Edit> edits);
+
+/// Deletes the entry and returns true with its value; when it is missing, false with an empty value.
+bool takeentry(std::string_view section, std::string_view key, Text& value);
+
+/// Deletes the entry and returns its value, or the fallback when it is missing.
+Text takeentry(std::string_view section, std::string_view key, std::string_view fallback);
+
+/// Deletes the entry and appends its value under another key, perhaps in another section, without looking for an entry
+/// of that key. Nothing happens when it is missing.
+void moveentry(std::string_view section, std::string_view key, std::string_view newsection, std::string_view newkey);
+
+/// The number that the entry holds, 0 when it is missing.
+int numberin(std::string_view section, std::string_view key);
+
+}  // namespace tolvane

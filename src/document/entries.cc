@@ -1,0 +1,163 @@
+#include "document/entries.h"
+
+#include "document/fields.h"
+
+namespace tolvane {
+
+namespace {
+
+/// The last line of the section that begins with this header.
+Line* lastinsection(Line* header) {
+  Line* line = header;
+  while (Line* const next = nextinsection(line)) line = next;
+  return line;
+}
+
+}  // namespace
+
+std::string_view keyof(const Line& line) {
+  const std::string_view text = line.text;
+  return text.substr(0, text.find('='));
+}
+
+std::string_view valueof(const Line& line) {
+  const std::string_view text = line.text;
+  const std::size_t equals = text.find('=');
+  return equals == std::string_view::npos ? std::string_view{} : text.substr(equals + 1);
+}
+
+void rewrite(Line& line, std::string_view key, std::string_view value) { line.text.set(key, '=', value); }
+
+Line* nextinsection(const Line* line) {
+  Line* const next = line->next;
+  return next == nullptr || next->text.first() == '[' ? nullptr : next;
+}
+
+Line* find(std::string_view section) {
+  Line* line = start;
+  while (line != nullptr && line->text != section) line = line->next;
+  return line;
+}
+
+Line* findbelow(const Line* header, std::string_view key) {
+  if (header == nullptr) return nullptr;
+  Line* line = nextinsection(header);
+  while (line != nullptr && keyof(*line) != key) line = nextinsection(line);
+  return line;
+}
+
+Line* find(std::string_view section, std::string_view key) { return findbelow(find(section), key); }
+
+bool getvalue(std::string_view section, std::string_view key, Text& value) {
+  const Line* const line = find(section, key);
+  value.set(line == nullptr ? std::string_view{} : valueof(*line));
+  return line != nullptr;
+}
+
+Text getvalue(std::string_view section, std::string_view key) {
+  Text value;
+  getvalue(section, key, value);
+  return value;
+}
+
+void putentry(std::string_view section, std::string_view key, std::string_view value) {
+  if (Line* const line = find(section, key)) {
+    rewrite(*line, key, value);
+  } else {
+    saveentry(section, key, value);
+  }
+}
+
+void editentry(std::string_view section, std::string_view key, std::string_view value) {
+  if (Line* const line = find(section, key)) rewrite(*line, key, value);
+}
+
+void keepentry(std::string_view section, std::string_view key, std::string_view value) {
+  if (find(section, key) == nullptr) saveentry(section, key, value);
+}
+
+void delentry(std::string_view section) {
+  if (Line* const line = find(section)) discard(line);
+}
+
+void delentry(std::string_view section, std::string_view key) {
+  if (Line* const line = find(section, key)) discard(line);
+}
+
+void saveentry(std::string_view section, std::string_view key, std::string_view value) {
+  Line* header = find(section);
+  if (header == nullptr) header = newsection(section);
+  Line* const place = lastinsection(header);
+  const Text entry{key, '=', value};
+  Line* const line = makeentry();
+  line->text = entry;
+  insertafter(place, line);
+}
+
+Line* newsection(std::string_view header) {
+  const Text text{header};
+  Line* const line = makeentry();
+  line->text = text;
+  dlstore(line);
+  return line;
+}
+
+const Text* editsection(std::string_view oldheader, std::string_view newheader) {
+  Line* const line = find(oldheader);
+  if (line == nullptr) return nullptr;
+  line->text.set(newheader);
+  return &line->text;
+}
+
+void delsection(std::string_view section) {
+  Line* const header = find(section);
+  if (header == nullptr) return;
+  for (Line* line; (line = nextinsection(header)) != nullptr && !keyof(*line).empty();) discard(line);
+  discard(header);
+}
+
+char gettagname(std::string_view line, Text& key) { return getfield(line, 1, '=', key); }
+
+void getnexttagname(std::string_view section, Text& key) {
+  const Line* const header = find(section);
+  const Line* const line = header == nullptr ? nullptr : nextinsection(header);
+  key.set(line == nullptr ? std::string_view{} : keyof(*line));
+}
+
+void renametag(std::string_view section, std::string_view key, std::string_view newkey) {
+  if (Line* const line = find(section, key)) rewrite(*line, newkey, valueof(*line));
+}
+
+void changeinsection(std::string_view section, int n, char separator, std::string_view text) {
+  const Line* const header = find(section);
+  if (header == nullptr) return;
+  for (const Line* line = nextinsection(header); line != nullptr; line = nextinsection(line)) {
+    // Kept: also for a duplicate it is the first entry of its key that is read and written.
+    Line& first = *findbelow(header, keyof(*line));
+    rewrite(first, keyof(first), replacefield(valueof(first), n, separator, text));
+  }
+}
+
+void replaceinsection(std::string_view section, std::string_view oldtext, std::string_view newtext) {
+  const Line* const header = find(section);
+  if (header == nullptr || newtext.find(oldtext) != std::string_view::npos) return;
+  for (Line* line = nextinsection(header); line != nullptr; line = nextinsection(line)) {
+    // Kept: a duplicate is written with what becomes of the value of the first entry of its key.
+    Text value{valueof(*findbelow(header, keyof(*line)))};
+    while (value.view().find(oldtext) != std::string_view::npos) {
+      swapchars(value, oldtext, newtext, value);
+      rewrite(*line, keyof(*line), value);
+    }
+  }
+}
+
+void swapchars(std::string_view source, std::string_view oldtext, std::string_view newtext, Text& output) {
+  const std::size_t position = source.find(oldtext);
+  if (position == std::string_view::npos) {
+    output.set(source);
+  } else {
+    output.set(source.substr(0, position), newtext, source.substr(position + oldtext.size()));
+  }
+}
+
+}  // namespace tolvane

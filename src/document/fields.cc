@@ -1,0 +1,131 @@
+#include "document/fields.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "document/entries.h"
+#include "document/numbers.h"
+
+namespace tolvane {
+
+Pair* pairs[2] = {nullptr, nullptr};
+
+namespace {
+
+/// Where the text behind that many separators begins; npos when there are fewer.
+std::size_t behind(int separators, std::string_view value, char separator) {
+  std::size_t begin = 0;
+  for (; separators > 0; --separators) {
+    const std::size_t end = value.find(separator, begin);
+    if (end == std::string_view::npos) return end;
+    begin = end + 1;
+  }
+  return begin;
+}
+
+}  // namespace
+
+char takefields(std::string_view value, int from, int to, char separator, Text& output) {
+  from = std::max(from, 1);
+  to = std::max(to, from);
+  const std::size_t begin = behind(from - 1, value, separator);
+  const std::string_view rest = value.substr(std::min(begin, value.size()));
+  const std::size_t after = begin == std::string_view::npos ? begin : behind(to - from + 1, rest, separator);
+  const bool more = after != std::string_view::npos;
+  output.set(more ? rest.substr(0, after - 1) : rest);
+  return more ? separator : '\0';
+}
+
+char getfield(std::string_view value, int n, char separator, Text& output) {
+  return takefields(value, n, n, separator, output);
+}
+
+Text getfield(std::string_view value, int n, char separator) {
+  Text field;
+  getfield(value, n, separator, field);
+  return field;
+}
+
+int numfields(std::string_view value, char separator) {
+  return 1 + static_cast<int>(std::count(value.begin(), value.end(), separator));
+}
+
+void replacefield(std::string_view value, int n, char separator, std::string_view text, Text& output) {
+  const std::size_t begin = behind(n - 1, value, separator);
+  Text result;
+  if (begin == std::string_view::npos) {
+    result.append(value);
+    for (int missing = n - numfields(value, separator); missing > 0; --missing) result.append(separator);
+    result.append(text);
+  } else {
+    const std::size_t end = std::min(value.find(separator, begin), value.size());
+    result.set(value.substr(0, begin), text, value.substr(end));
+  }
+  output = result;
+}
+
+Text replacefield(std::string_view value, int n, char separator, std::string_view text) {
+  Text result;
+  replacefield(value, n, separator, text, result);
+  return result;
+}
+
+void setfield(Text& value, int n, char separator, std::string_view text) {
+  replacefield(value, n, separator, text, value);
+}
+
+void changechar(std::string_view source, char from, char to, Text& output) {
+  Text result;
+  for (const char character : source) result.append(character == from ? to : character);
+  output = result;
+}
+
+int within(std::string_view needle, std::string_view haystack) {
+  const std::size_t position = haystack.find(needle);
+  return position == std::string_view::npos ? 0 : static_cast<int>(position) + 1;
+}
+
+void alphaupper(std::string_view source, Text& output) {
+  Text result;
+  for (const char character : source) {
+    const bool lower = character >= 'a' && character <= 'z';
+    result.append(lower ? static_cast<char>(character - 'a' + 'A') : character);
+  }
+  output = result;
+}
+
+void minvalue(std::string_view section, std::string_view key, std::string_view minimum) {
+  Line* const line = find(section, key);
+  if (line == nullptr) {
+    saveentry(section, key, minimum);
+  } else if (number(Text(minimum)) > number(Text(valueof(*line)))) {
+    rewrite(*line, key, minimum);
+  }
+}
+
+int addpair(std::string_view first, std::string_view second, int list) {
+  std::array<char, 1026> text;
+  if (first.size() + 1 + second.size() >= text.size()) throw TextTooLong{};
+  char* const comma = std::copy(first.begin(), first.end(), text.begin());
+  *comma = ',';
+  *std::copy(second.begin(), second.end(), comma + 1) = '\0';
+
+  Pair** place = &pairs[list == 0 ? 0 : 1];
+  for (; *place != nullptr; place = &(*place)->next) {
+    if (std::strcmp((*place)->text, text.data()) == 0) return 0;
+  }
+  char* const copy = strdup(text.data());
+  void* const node = std::malloc(sizeof(Pair));
+  if (copy == nullptr || node == nullptr) {
+    std::free(copy);
+    std::free(node);
+    throw std::bad_alloc{};
+  }
+  *place = new (node) Pair{copy, nullptr};
+  return 1;
+}
+
+}  // namespace tolvane

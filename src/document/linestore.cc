@@ -1,0 +1,118 @@
+#include "document/linestore.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <new>
+
+namespace tolvane {
+
+Line* start = nullptr;
+Line* last = nullptr;
+
+namespace {
+
+struct Close {
+  void operator()(std::FILE* file) const { (void)std::fclose(file); }
+};
+
+Fatal unreadable(const char* path) { return Fatal{"Cannot open file ", path, " for input."}; }
+
+/// Reads the next line that is not blank.
+bool readkept(Text& text, std::FILE* file) {
+  while (text.read(file)) {
+    if (!blankline(text)) return true;
+  }
+  return false;
+}
+
+bool write(const Line& line, std::FILE* file) {
+  const bool separated = line.text.first() == '[' && &line != start;
+  if (separated && std::fputc('\n', file) == EOF) return false;
+  return std::fputs(line.text.c_str(), file) != EOF && std::fputc('\n', file) != EOF;
+}
+
+bool writeall(std::FILE* file) {
+  for (const Line* line = start; line != nullptr; line = line->next) {
+    if (!write(*line, file)) return false;
+  }
+  return true;
+}
+
+// The result does not matter: what cannot be removed or renamed is left as it is.
+void replace(const char* from, const char* to) { (void)std::rename(from, to); }
+void remove(const char* path) { (void)std::remove(path); }
+
+}  // namespace
+
+bool blankline(std::string_view text) { return text.find_first_not_of(" \t") == std::string_view::npos; }
+
+Line* makeentry() {
+  void* const memory = std::malloc(sizeof(Line));
+  if (memory == nullptr) throw std::bad_alloc{};
+  return new (memory) Line;
+}
+
+Line* dlstore(Line* line) {
+  Line* const tail = last;
+  line->next = nullptr;
+  line->previous = tail;
+  (tail == nullptr ? start : tail->next) = line;
+  last = line;
+  return tail;
+}
+
+void insertafter(Line* place, Line* line) {
+  line->previous = place;
+  line->next = place->next;
+  (line->next == nullptr ? last : line->next->previous) = line;
+  place->next = line;
+}
+
+void discard(Line* line) {
+  (line->previous == nullptr ? start : line->previous->next) = line->next;
+  (line->next == nullptr ? last : line->next->previous) = line->previous;
+  std::free(line);
+}
+
+void load(const char* path) {
+  const std::unique_ptr<std::FILE, Close> file{std::fopen(path, "r")};
+  if (file == nullptr) throw unreadable(path);
+  start = last = nullptr;
+  Line* line = makeentry();
+  while (readkept(line->text, file.get())) {
+    dlstore(line);
+    line = makeentry();
+  }
+  std::free(line);
+  // Half a file must not be taken for the whole one.
+  if (std::ferror(file.get()) != 0 && errno != EISDIR) throw unreadable(path);
+}
+
+void save(const char* path) {
+  std::FILE* const file = std::fopen(path, "w");
+  if (file == nullptr) throw Fatal{"Cannot open file ", path, " for output."};
+  bool written = writeall(file);
+  written = std::fflush(file) == 0 && written;
+  written = std::fclose(file) == 0 && written;
+  if (!written) throw Fatal{"Error writing output file"};
+}
+
+void output(const char* path) {
+  const Text temporary{std::string_view(path), "_tmp"};
+  save(temporary.c_str());
+  remove(path);
+  replace(temporary.c_str(), path);
+}
+
+void backup(const char* path, std::string_view suffix) {
+  const Text temporary{std::string_view(path), "_tmp"};
+  const Text old{std::string_view(path), '_', suffix};
+  save(temporary.c_str());
+  remove(old.c_str());
+  replace(path, old.c_str());
+  replace(temporary.c_str(), path);
+}
+
+}  // namespace tolvane

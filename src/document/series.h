@@ -1,0 +1,30 @@
+// Numbered series: lists kept as the entries <prefix>1, <prefix>2, ... of a section. A series is read from 1 upward and
+// ends at the first number that has no entry: what stands behind such a gap is never seen, and the gap is the number
+// that a new entry takes.
+#pragma once
+
+#include <string_view>
+
+#include "document/linestore.h"
+
+namespace tolvane {
+
+/// Entry n of the series below a header that `find` has found, or none. None when the header is none.
+Line* numbered(const Line* header, std::string_view prefix, int n);
+
+/// How many entries the series has.
+int countseries(std::string_view section, std::string_view prefix);
+
+/// A place in a series: an entry and its number, or none and the first free number.
+struct Place {
+  int number;
+  Line* line;
+};
+
+/// The first entry of the series whose field 1 (separator ",") is exactly that name, else the first free number.
+Place locate(std::string_view section, std::string_view prefix, std::string_view name);
+
+/// Adds an entry under a number of the series, as `saveentry` does.
+void savenumbered(std::string_view section, std::string_view prefix, int n, std::string_view value);
+
+}  // namespace tolvane

@@ -1,0 +1,103 @@
+#include "ladder/check_magtape.h"
+
+#include <iterator>
+
+#include "document/entries.h"
+#include "document/fields.h"
+#include "document/series.h"
+
+namespace tolvane {
+
+namespace {
+
+/// The old device paths. Kept: rows 0 and 10 are one path, and so are rows 1 and 11: the first drive on such a path takes
+/// the new path of the earlier row, every later one that of the other.
+constexpr std::string_view oldmag[] = {
+    "/dev/nrmt0h",
+    "/dev/nrmt1h",
+    "/dev/nrmt0l",
+    "/dev/nrmt1l",
+    "/dev/nrmt2l",
+    "/dev/nrmt3l",
+    "/dev/nrmt0m",
+    "/dev/nrmt1m",
+    "/dev/nrmt2m",
+    "/dev/nrmt3m",
+    "/dev/nrmt0h",
+    "/dev/nrmt1h",
+    "/dev/nrmt2h",
+    "/dev/nrmt3h",
+};
+
+/// The new drives, by the row of their old path.
+constexpr std::string_view magtape[] = {
+    "47~/dev/ntape/tape0",
+    "48~/dev/ntape/tape1",
+    "49~/dev/ntape/tape0_d0",
+    "50~/dev/ntape/tape1_d0",
+    "51~/dev/ntape/tape2_d0",
+    "52~/dev/ntape/tape3_d0",
+    "53~/dev/ntape/tape0_d2",
+    "54~/dev/ntape/tape1_d2",
+    "55~/dev/ntape/tape2_d2",
+    "56~/dev/ntape/tape3_d2",
+    "57~/dev/ntape/tape0_d1",
+    "58~/dev/ntape/tape1_d1",
+    "59~/dev/ntape/tape2_d1",
+    "60~/dev/ntape/tape3_d1",
+};
+
+constexpr int rows = static_cast<int>(std::size(magtape));
+static_assert(std::size(oldmag) == 14 && rows == 14);
+
+/// How many drives have been met on each of the two paths that stand in two rows.
+struct Met {
+  int drives[2] = {0, 0};
+};
+
+/// The new path for an old one; the same path when it is not an old one.
+std::string_view newpath(std::string_view path, Met& met) {
+  for (int row = 0; row < rows; ++row) {
+    if (path != oldmag[row]) continue;
+    if (row < 2 && met.drives[row]++ > 0) continue;
+    return magtape[row].substr(3);  // behind the drive number and its "~"
+  }
+  return path;
+}
+
+bool mappaths() {
+  const Line* const header = find("[MagTape]");
+  Met met;
+  bool changed = false;
+  for (int n = 1; Line* const drive = numbered(header, "Drive_", n); ++n) {
+    const Text value{valueof(*drive)};
+    const Text path = getfield(value, 2, '~');
+    const std::string_view mapped = newpath(path, met);
+    if (path == mapped) continue;
+    rewrite(*drive, keyof(*drive), replacefield(value, 2, '~', mapped));
+    changed = true;
+  }
+  return changed;
+}
+
+bool normalise() {
+  const Line* const header = find("[MagTape]");
+  bool changed = false;
+  for (int n = 1; Line* const drive = numbered(header, "Drive_", n); ++n) {
+    if (n > rows) {
+      discard(drive);
+    } else if (valueof(*drive) != magtape[n - 1]) {
+      rewrite(*drive, keyof(*drive), magtape[n - 1]);
+    } else {
+      continue;
+    }
+    changed = true;
+  }
+  return changed;
+}
+
+}  // namespace
+
+bool check_magtape(int mode) { return mode == 0 ? mappaths() : normalise(); }
+
+}  // namespace tolvane

@@ -1,0 +1,11 @@
+// Tape device fix-up: the drives "Drive_1", "Drive_2", ... of "[MagTape]", whose values are fields separated by "~": the
+// drive's number, its device path, and more.
+#pragma once
+
+namespace tolvane {
+
+/// Mode 0 gives drives on an old device path the new one; any other mode gives the drives the values of the standard
+/// list and removes those beyond it. True when at least one drive changed.
+bool check_magtape(int mode);
+
+}  // namespace tolvane

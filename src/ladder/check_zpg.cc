@@ -1,0 +1,116 @@
+#include "ladder/check_zpg.h"
+
+#include "document/entries.h"
+#include "document/fields.h"
+#include "document/series.h"
+
+namespace tolvane {
+
+namespace {
+
+constexpr std::string_view section = "[ZPG.Applications]";
+constexpr std::string_view prefix = "ZPGApp_";
+
+/// The standard applications.
+constexpr std::string_view zpg[] = {
+    "/zpg/samples,samples,1,1,,900,1,,SAMPLES,1,,/zpg/samples/error.zpg,,/zpg/samples/,0,0,,,1",
+    "/zpg/user,user,1,1,,900,1,,USER,1,,,,/zpg/user/,0,0,,,1",
+    "/zpg/docbook,docbook,1,0,,900,1,,DOCBOOK,1,,,,/zpg/docbook/,0,0,,%Application/ZPG/zpg/docbook,1",
+    "/zpg/broker,broker,1,0,,900,1,,%SYS,1,,,,/zpg/broker/,1,0,,%Application/ZPG/zpg/broker,1",
+    "/zpg/sys,sys,1,0,,28800,1,,%SYS,1,,,%zpgapp,/zpg/sys/,1,0,,%Application/ZPG/zpg/sys,1",
+    "/qel/studio/templates,../dev/studio/templates,1,0,,900,1,%ZPG.StudioTemplateSuper,%SYS,0,,,%template,/studio/templates/,1,0,,,1",
+    "/qel/studio/usertemplates,../devuser/studio/templates,1,1,,900,1,%ZPG.StudioTemplateSuper,%SYS,0,,,%usertemplate,/studio/usertemplates/,1,0,,,1",
+    "/qel/studio/rules,../dev/zpg/rules,1,0,,900,1,,%SYS,1,,,,/dev/zpg/rules/,1,0,,,1",
+};
+
+/// The URL paths of the obsolete applications.
+constexpr std::string_view zpgdel[] = {
+    "/apps/scrivel", "/studio/templates", "/studio/usertemplates", "/dev/zpg/rules", "/zpg/druvelib",
+};
+
+bool addstandard(bool refresh) {
+  bool changed = false;
+  for (const std::string_view standard : zpg) {
+    const Place place = locate(section, prefix, getfield(standard, 1, ','));
+    if (place.line == nullptr) {
+      savenumbered(section, prefix, place.number, standard);
+    } else if (refresh && valueof(*place.line) != standard) {
+      rewrite(*place.line, keyof(*place.line), standard);
+    } else {
+      continue;
+    }
+    changed = true;
+  }
+  return changed;
+}
+
+/// Repairs one application; each repair sees what the one before has done.
+bool repair(Line& line) {
+  Text value{valueof(line)};
+  bool changed = false;
+  if (const Text field14 = getfield(value, 14, ','); field14 == "0" || field14 == "1") {
+    setfield(value, 14, ',', "");
+    setfield(value, 15, ',', "0");
+    changed = true;
+  }
+  if (getfield(value, 16, ',').empty()) {
+    setfield(value, 16, ',', "1");
+    changed = true;
+  }
+  if (getfield(value, 19, ',') != "1") {
+    setfield(value, 19, ',', "0");
+    changed = true;  // kept: also when it was "0" already
+  }
+  if (changed) rewrite(line, keyof(line), value);
+  return changed;
+}
+
+bool repairall() {
+  const Line* const header = find(section);
+  bool changed = false;
+  for (int n = 1; Line* const line = numbered(header, prefix, n); ++n) changed |= repair(*line);
+  return changed;
+}
+
+/// Deletes the first of the applications 1 to `count` that has this path; there may be gaps among them.
+bool deletefirst(std::string_view path, int count) {
+  const Line* const header = find(section);
+  for (int n = 1; n <= count; ++n) {
+    Line* const line = numbered(header, prefix, n);
+    if (line == nullptr || getfield(valueof(*line), 1, ',') != path) continue;
+    discard(line);
+    return true;
+  }
+  return false;
+}
+
+/// Closes the gaps among the applications 1 to `count`; those that get another number move to the end of the section.
+bool renumber(int count) {
+  const Line* const header = find(section);
+  bool changed = false;
+  for (int n = 1, k = 1; n <= count; ++n) {
+    Line* const line = numbered(header, prefix, n);
+    if (line == nullptr) continue;
+    if (k != n) {
+      putentry(section, Text(prefix, k), Text(valueof(*line)));
+      discard(line);
+      changed = true;
+    }
+    ++k;
+  }
+  return changed;
+}
+
+}  // namespace
+
+bool check_zpg(bool refresh) {
+  bool changed = addstandard(refresh);
+  changed |= repairall();
+  if (!refresh) return changed;
+  const int count = countseries(section, prefix);
+  for (const std::string_view path : zpgdel) changed |= deletefirst(path, count);
+  changed |= renumber(count);
+  return changed;
+}
+
+}  // namespace tolvane

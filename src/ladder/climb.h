@@ -1,0 +1,35 @@
+// A ladder: a table of conversion steps, oldest first, and the one rule by which it is climbed.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "document/versions.h"
+
+namespace tolvane {
+
+/// A step brings the line store from whatever an older version wrote to what its own version writes.
+struct Step {
+  std::string_view version;
+  void (*apply)();
+};
+
+/// Applies every step that is newer than the version, oldest first. A step never looks at whether another one ran; a
+/// version that is not known applies none.
+inline void climb(std::span<const Step> ladder, std::string_view version) {
+  for (const Step& step : ladder) {
+    if (versionolder(step.version, version)) step.apply();
+  }
+}
+
+/// True when every step has a known version and each is newer than the one before it.
+constexpr bool ascends(std::span<const Step> ladder) {
+  std::string_view before = sVersions[0];
+  for (const Step& step : ladder) {
+    if (!versionolder(step.version, before)) return false;
+    before = step.version;
+  }
+  return true;
+}
+
+}  // namespace tolvane

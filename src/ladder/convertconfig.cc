@@ -1,0 +1,18 @@
+#include "ladder/convertconfig.h"
+
+#include "document/fields.h"
+#include "ladder/check_platupg.h"
+#include "ladder/ladder.h"
+#include "ladder/platformrecord.h"
+
+namespace tolvane {
+
+bool convertconfig(std::string_view version) {
+  if (!versionolder(currentversion, version)) return check_platupg();
+  climb(ladder, version);
+  check_platupg();  // a platform that may not be taken over has drawn its warning; the file is converted all the same
+  setplatformrecord(replacefield(platformrecord(), 3, '~', currentversion));
+  return true;
+}
+
+}  // namespace tolvane

@@ -1,0 +1,13 @@
+// The driver of the version ladder.
+#pragma once
+
+#include <string_view>
+
+namespace tolvane {
+
+/// Brings the line store from the version that the file records up to the current one, which it writes into the
+/// platform record. False when there is nothing to write to the file. A file that is current or of an unknown version
+/// goes through the platform check alone, whose answer is the result. Fatal when the platform is unknown.
+bool convertconfig(std::string_view version);
+
+}  // namespace tolvane
