@@ -1,0 +1,48 @@
+#include "document/edits.h"
+
+#include "document/entries.h"
+#include "tests/support/store.h"
+
+namespace tolvane::test {
+
+namespace {
+
+class Edits : public StoreTest {};
+
+TEST_F(Edits, OfABlockAreDoneInTheirOrder) {
+  given("[A]\na=0\n");
+  each(saveentry, "[A]", {{"b", "1"}, {"a", "2"}});
+  each(editentry, "[A]", {{"a", "3"}, {"c", "4"}});
+  EXPECT_EQ(lines(), "[A]\na=3\nb=1\na=2\n");
+}
+
+TEST_F(Edits, TakeAnEntryWithItsValue) {
+  given("[A]\na=1\na=2\nb\n");
+  Text value;
+  EXPECT_TRUE(takeentry("[A]", "a", value));
+  EXPECT_EQ(value, "1");
+  EXPECT_FALSE(takeentry("[A]", "c", value));
+  EXPECT_EQ(value, "");
+  EXPECT_EQ(takeentry("[A]", "b", "fallback"), "");
+  EXPECT_EQ(takeentry("[A]", "b", "fallback"), "fallback");
+  EXPECT_EQ(lines(), "[A]\na=2\n");
+}
+
+TEST_F(Edits, MoveAnEntryToTheEndOfASection) {
+  given("[A]\na=1\nb=2\n");
+  moveentry("[A]", "a", "[A]", "c");
+  moveentry("[A]", "b", "[B]", "b");
+  moveentry("[A]", "missing", "[C]", "d");
+  EXPECT_EQ(lines(), "[A]\nc=1\n[B]\nb=2\n");
+}
+
+TEST_F(Edits, ReadTheNumberOfAnEntry) {
+  given("[A]\na=12,3\nb=x\n");
+  EXPECT_EQ(numberin("[A]", "a"), 12);
+  EXPECT_EQ(numberin("[A]", "b"), 0);
+  EXPECT_EQ(numberin("[A]", "c"), 0);
+}
+
+}  // namespace
+
+}  // namespace tolvane::test

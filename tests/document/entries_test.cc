@@ -1,0 +1,270 @@
+#include "document/entries.h"
+
+#include "tests/support/store.h"
+
+namespace tolvane::test {
+
+namespace {
+
+class Entries : public StoreTest {};
+
+std::string textof(const Line* line) { return line == nullptr ? "none" : line->text.c_str(); }
+
+TEST_F(Entries, FindStopsAtTheNextHeader) {
+  given("[A]\nx=1\n[B]\nk=2\n");
+  EXPECT_EQ(find("[A]", "k"), nullptr);
+  EXPECT_EQ(textof(find("[B]", "k")), "k=2");
+}
+
+TEST_F(Entries, FindTakesALineWithoutEqualsAsKey) {
+  given("[A]\nk\nk=5\n");
+  EXPECT_EQ(textof(find("[A]", "k")), "k");
+}
+
+TEST_F(Entries, FindComparesExactly) {
+  given("[A]\nKey =1\nkey=2\nKeys=3\n");
+  EXPECT_EQ(find("[A]", "Key"), nullptr);
+  EXPECT_EQ(textof(find("[A]", "Key ")), "Key =1");
+  EXPECT_EQ(find("[a]", "key"), nullptr);
+}
+
+TEST_F(Entries, FindWithoutKeyIsTheHeader) {
+  given("x=1\n[A]\n[B]\n");
+  EXPECT_EQ(textof(find("[B]")), "[B]");
+  EXPECT_EQ(find("[C]"), nullptr);
+  EXPECT_EQ(find("B"), nullptr);
+}
+
+TEST_F(Entries, FindSeesOnlyTheFirstSectionAndEntryOfAName) {
+  given("[A]\nx=1\nx=2\n[B]\n[A]\ny=3\n");
+  EXPECT_EQ(textof(find("[A]", "x")), "x=1");
+  EXPECT_EQ(find("[A]", "y"), nullptr);
+}
+
+TEST_F(Entries, FindKnowsTheEmptyKey) {
+  given("[A]\na=1\n=x\n");
+  EXPECT_EQ(textof(find("[A]", "")), "=x");
+  given("[A]\na=1\n");
+  EXPECT_EQ(find("[A]", ""), nullptr);
+}
+
+TEST_F(Entries, FindNeverMatchesAKeyWithEquals) {
+  given("[A]\na=b=c\n");
+  EXPECT_EQ(find("[A]", "a=b"), nullptr);
+}
+
+TEST_F(Entries, GetvalueTellsMissingFromEmpty) {
+  given("[A]\na=1=2\nb=\nc\n");
+  Text value{"old"};
+  EXPECT_TRUE(getvalue("[A]", "a", value));
+  EXPECT_EQ(value, "1=2");
+  EXPECT_TRUE(getvalue("[A]", "b", value));
+  EXPECT_EQ(value, "");
+  value.set("old");
+  EXPECT_TRUE(getvalue("[A]", "c", value));
+  EXPECT_EQ(value, "");
+  value.set("old");
+  EXPECT_FALSE(getvalue("[A]", "d", value));
+  EXPECT_EQ(value, "");
+}
+
+TEST_F(Entries, PutentrySetsOrAdds) {
+  given("[A]\na=1\na=2\n[B]\n");
+  putentry("[A]", "a", "9");
+  putentry("[A]", "b", "3");
+  EXPECT_EQ(lines(), "[A]\na=9\na=2\nb=3\n[B]\n");
+}
+
+TEST_F(Entries, EditentrySetsOnlyWhatIsThere) {
+  given("[A]\na\n");
+  editentry("[A]", "a", "1");
+  editentry("[A]", "b", "1");
+  editentry("[B]", "a", "1");
+  EXPECT_EQ(lines(), "[A]\na=1\n");
+}
+
+TEST_F(Entries, KeepentryAddsOnlyWhatIsMissing) {
+  given("[A]\na=1\n");
+  keepentry("[A]", "a", "2");
+  keepentry("[A]", "b", "2");
+  keepentry("[B]", "a", "2");
+  EXPECT_EQ(lines(), "[A]\na=1\nb=2\n[B]\na=2\n");
+}
+
+TEST_F(Entries, DelentryDeletesTheFirstOrTheHeader) {
+  given("[A]\na=1\na=2\n[B]\nb=1\n");
+  delentry("[A]", "a");
+  EXPECT_EQ(lines(), "[A]\na=2\n[B]\nb=1\n");
+  delentry("[A]", "none");
+  delentry("[B]");
+  delentry("[C]");
+  EXPECT_EQ(lines(), "[A]\na=2\nb=1\n");
+}
+
+TEST_F(Entries, SaveentryInsertsAfterTheSectionsLastLine) {
+  given("[A]\n; note\n[B]\n");
+  saveentry("[A]", "k", "1");
+  EXPECT_EQ(lines(), "[A]\n; note\nk=1\n[B]\n");
+}
+
+TEST_F(Entries, SaveentryInsertsAfterAnEmptySectionsHeader) {
+  given("[A]\n[B]\nb=1\n");
+  saveentry("[A]", "k", "1");
+  EXPECT_EQ(lines(), "[A]\nk=1\n[B]\nb=1\n");
+}
+
+TEST_F(Entries, SaveentryCreatesTheSectionAtTheEnd) {
+  given("[A]\na=1\n");
+  saveentry("[C]", "k", "1");
+  EXPECT_EQ(lines(), "[A]\na=1\n[C]\nk=1\n");
+}
+
+TEST_F(Entries, SaveentryOnAnEmptyStoreIsStartAndLast) {
+  saveentry("[C]", "k", "1");
+  EXPECT_EQ(textof(start), "[C]");
+  EXPECT_EQ(textof(last), "k=1");
+  EXPECT_EQ(lines(), "[C]\nk=1\n");
+}
+
+TEST_F(Entries, SaveentryAddsADuplicate) {
+  given("[A]\nk=1\n");
+  saveentry("[A]", "k", "2");
+  EXPECT_EQ(lines(), "[A]\nk=1\nk=2\n");
+  EXPECT_EQ(getvalue("[A]", "k"), "1");
+}
+
+TEST_F(Entries, AnEntryHasAtMost511Characters) {
+  given("[A]\nk=1\n");
+  EXPECT_THROW(saveentry("[A]", "k", std::string(510, 'x')), TextTooLong);
+  EXPECT_THROW(editentry("[A]", "k", std::string(510, 'x')), TextTooLong);
+  EXPECT_EQ(lines(), "[A]\nk=1\n");
+  editentry("[A]", "k", std::string(509, 'x'));
+  EXPECT_EQ(lines(), "[A]\nk=" + std::string(509, 'x') + "\n");
+}
+
+TEST_F(Entries, NewsectionNeverLooksForAnExistingOne) {
+  given("[A]\na=1\n");
+  EXPECT_EQ(newsection("[A]"), last);
+  EXPECT_EQ(lines(), "[A]\na=1\n[A]\n");
+}
+
+TEST_F(Entries, EditsectionRenamesInPlace) {
+  given("[A]\na=1\n[B]\n[A]\n");
+  const Text* const text = editsection("[A]", "[New]");
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(*text, "[New]");
+  EXPECT_EQ(lines(), "[New]\na=1\n[B]\n[A]\n");
+  EXPECT_EQ(editsection("[C]", "[D]"), nullptr);
+  EXPECT_THROW(editsection("[B]", std::string(512, 'x')), TextTooLong);
+}
+
+TEST_F(Entries, DelsectionStopsAtAnEmptyKey) {
+  given("[A]\na=1\n=x\nb=2\n[B]\n");
+  delsection("[A]");
+  EXPECT_EQ(lines(), "=x\nb=2\n[B]\n");
+}
+
+TEST_F(Entries, DelsectionDeletesDuplicatesToo) {
+  given("[A]\na=1\nb\na=2\n[B]\nb=1\n");
+  delsection("[A]");
+  EXPECT_EQ(lines(), "[B]\nb=1\n");
+  delsection("[A]");
+  delsection("[B]");
+  EXPECT_EQ(lines(), "");
+}
+
+TEST_F(Entries, GettagnameTellsWhereItStopped) {
+  Text key;
+  EXPECT_EQ(gettagname("a=b=c", key), '=');
+  EXPECT_EQ(key, "a");
+  EXPECT_EQ(gettagname("a b", key), '\0');
+  EXPECT_EQ(key, "a b");
+  EXPECT_EQ(gettagname("=x", key), '=');
+  EXPECT_EQ(key, "");
+}
+
+TEST_F(Entries, GetnexttagnameIsTheFirstKeyOfTheSection) {
+  given("[A]\nk=1\nl=2\n[Empty]\n[B]\n=x\n[End]\n");
+  Text key;
+  getnexttagname("[A]", key);
+  EXPECT_EQ(key, "k");
+  for (const char* section : {"[Empty]", "[B]", "[End]", "[Missing]"}) {
+    key.set("old");
+    getnexttagname(section, key);
+    EXPECT_EQ(key, "") << section;
+  }
+}
+
+TEST_F(Entries, RenametagKeepsTheValue) {
+  given("[A]\na=1=2\nb\n");
+  renametag("[A]", "a", "longer");
+  renametag("[A]", "b", "c");
+  renametag("[A]", "missing", "d");
+  EXPECT_EQ(lines(), "[A]\nlonger=1=2\nc=\n");
+}
+
+TEST_F(Entries, ChangeinsectionSetsAFieldOfEveryEntry) {
+  given("[N]\nk=a,b,c,d\nl=a\nm=a,b,c\nn=\no\n[B]\nk=a\n");
+  changeinsection("[N]", 3, ',', "T");
+  EXPECT_EQ(lines(), "[N]\nk=a,b,T,d\nl=a,,T\nm=a,b,T\nn=,,T\no=,,T\n[B]\nk=a\n");
+}
+
+TEST_F(Entries, ChangeinsectionRewritesTheFirstOfDuplicates) {
+  given("[N]\nk=1\nk=2\n=x\n");
+  changeinsection("[N]", 2, ',', "T");
+  EXPECT_EQ(lines(), "[N]\nk=1,T\nk=2\n=x,T\n");
+}
+
+TEST_F(Entries, ChangeinsectionDoesNothingWithoutLines) {
+  given("[A]\n[N]\n");
+  changeinsection("[N]", 1, ',', "T");
+  changeinsection("[Missing]", 1, ',', "T");
+  changeinsection("[A]", 1, ',', "T");
+  EXPECT_EQ(lines(), "[A]\n[N]\n");
+}
+
+TEST_F(Entries, ReplaceinsectionReplacesEveryOccurrence) {
+  given("[N]\nx=SYS$M,SYS$M\ny=abc\nSYS$M\nSYS$M=1\n[B]\nx=SYS$M\n");
+  replaceinsection("[N]", "SYS$M", "VELMSYS");
+  EXPECT_EQ(lines(), "[N]\nx=VELMSYS,VELMSYS\ny=abc\nSYS$M\nSYS$M=1\n[B]\nx=SYS$M\n");
+}
+
+TEST_F(Entries, ReplaceinsectionSearchesAgainFromTheBeginning) {
+  given("[N]\nx=aabb\n");
+  replaceinsection("[N]", "ab", "");
+  EXPECT_EQ(lines(), "[N]\nx=\n");
+}
+
+TEST_F(Entries, ReplaceinsectionWritesADuplicateWithTheFirstValue) {
+  given("[N]\nk=a\nk=b\n");
+  replaceinsection("[N]", "a", "c");
+  EXPECT_EQ(lines(), "[N]\nk=c\nk=b\n") << "the first value holds no \"a\" any more when the second line is visited";
+  given("[N]\nk=b\nk=a\n");
+  replaceinsection("[N]", "a", "c");
+  EXPECT_EQ(lines(), "[N]\nk=b\nk=a\n");
+}
+
+TEST_F(Entries, ReplaceinsectionRefusesWhatWouldNeverEnd) {
+  given("[N]\nk=ab\n");
+  replaceinsection("[N]", "a", "aa");
+  replaceinsection("[N]", "", "x");
+  replaceinsection("[N]", "a", "a");
+  EXPECT_EQ(lines(), "[N]\nk=ab\n");
+}
+
+TEST_F(Entries, SwapcharsReplacesTheFirstOccurrence) {
+  Text output;
+  swapchars("abcab", "ab", "X", output);
+  EXPECT_EQ(output, "Xcab");
+  swapchars("aaab", "aab", "X", output);
+  EXPECT_EQ(output, "aX");
+  swapchars("abc", "q", "X", output);
+  EXPECT_EQ(output, "abc");
+  swapchars("abc", "", "X", output);
+  EXPECT_EQ(output, "Xabc");
+  EXPECT_THROW(swapchars(std::string(511, 'x'), "x", "yy", output), TextTooLong);
+}
+
+}  // namespace
+
+}  // namespace tolvane::test

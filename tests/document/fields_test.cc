@@ -1,0 +1,166 @@
+#include "document/fields.h"
+
+#include <limits>
+
+#include "tests/support/store.h"
+
+namespace tolvane::test {
+
+namespace {
+
+class Fields : public StoreTest {
+ protected:
+  Text output{"old"};
+};
+
+TEST_F(Fields, GetfieldTellsWhetherMoreFollow) {
+  EXPECT_EQ(getfield("a,b,c", 2, ',', output), ',');
+  EXPECT_EQ(output, "b");
+  EXPECT_EQ(getfield("a,b,c", 3, ',', output), '\0');
+  EXPECT_EQ(output, "c");
+  EXPECT_EQ(getfield("a,b,c", 4, ',', output), '\0');
+  EXPECT_EQ(output, "");
+}
+
+TEST_F(Fields, GetfieldOfTheEmptyValueIsEmpty) {
+  EXPECT_EQ(getfield("", 1, ',', output), '\0');
+  EXPECT_EQ(output, "");
+}
+
+TEST_F(Fields, GetfieldBelow2IsField1) {
+  for (const int n : {1, 0, -5, std::numeric_limits<int>::min()}) {
+    EXPECT_EQ(getfield("a~b", n, '~', output), '~') << n;
+    EXPECT_EQ(output, "a") << n;
+  }
+}
+
+TEST_F(Fields, GetfieldMayReadItsOwnOutput) {
+  output.set("a,b,c");
+  getfield(output, 2, ',', output);
+  EXPECT_EQ(output, "b");
+}
+
+TEST_F(Fields, GetfieldIsEmptyFarBehindTheEnd) {
+  EXPECT_EQ(getfield("a,b", std::numeric_limits<int>::max(), ','), "");
+  EXPECT_EQ(getfield("a,,c", 2, ',', output), ',');
+  EXPECT_EQ(output, "");
+}
+
+TEST_F(Fields, TakefieldsKeepsTheSeparatorsBetween) {
+  EXPECT_EQ(takefields("a,b,c,d", 2, 3, ',', output), ',');
+  EXPECT_EQ(output, "b,c");
+  EXPECT_EQ(takefields("a,b,c,d", 1, 9, ',', output), '\0');
+  EXPECT_EQ(output, "a,b,c,d");
+}
+
+TEST_F(Fields, TakefieldsHoldsForEveryNumber) {
+  EXPECT_EQ(takefields("a,b", 3, 4, ',', output), '\0');
+  EXPECT_EQ(output, "");
+  EXPECT_EQ(takefields("a,b,c", -3, 2, ',', output), ',');
+  EXPECT_EQ(output, "a,b");
+  EXPECT_EQ(takefields("a,b,c", 2, 1, ',', output), ',');
+  EXPECT_EQ(output, "b");
+  EXPECT_EQ(takefields("a,b", std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), ',', output), '\0');
+  EXPECT_EQ(output, "a,b");
+}
+
+TEST_F(Fields, NumfieldsIsOneMoreThanTheSeparators) {
+  EXPECT_EQ(numfields("a,,c", ','), 3);
+  EXPECT_EQ(numfields("", ','), 1);
+}
+
+TEST_F(Fields, ReplacefieldPutsTheTextInPlace) {
+  EXPECT_EQ(replacefield("a,b,c", 2, ',', "X"), "a,X,c");
+  EXPECT_EQ(replacefield("a", 4, ',', "X"), "a,,,X");
+  EXPECT_EQ(replacefield("a,b,c", 3, ',', ""), "a,b,");
+  EXPECT_EQ(replacefield("a,b", 0, ',', "X"), "X,b");
+  EXPECT_EQ(replacefield("", 1, ',', "X"), "X");
+  EXPECT_EQ(replacefield("", 2, ',', "X"), ",X");
+}
+
+TEST_F(Fields, ReplacefieldHasAtMost511Characters) {
+  EXPECT_EQ(replacefield("a", 510, ',', "X").length(), 511U);
+  EXPECT_THROW(replacefield("a", 511, ',', "X"), TextTooLong);
+  EXPECT_THROW(replacefield("a", std::numeric_limits<int>::max(), ',', ""), TextTooLong);
+}
+
+TEST_F(Fields, SetfieldWorksInPlace) {
+  Text value{"a,bb,c"};
+  setfield(value, 2, ',', "X");
+  EXPECT_EQ(value, "a,X,c");
+  value.set("a");
+  setfield(value, 5, ',', "Y");
+  EXPECT_EQ(value, "a,,,,Y");
+  value.set("a,b");
+  setfield(value, 1, ',', value);
+  EXPECT_EQ(value, "a,b,b");
+}
+
+TEST_F(Fields, ChangecharCopiesOneCharacterAsAnother) {
+  changechar("a~b~", '~', ',', output);
+  EXPECT_EQ(output, "a,b,");
+  changechar("", '~', ',', output);
+  EXPECT_EQ(output, "");
+}
+
+TEST_F(Fields, WithinIsThePositionCountedFrom1) {
+  EXPECT_EQ(within("ab", "xaab"), 3);
+  EXPECT_EQ(within("q", "abc"), 0);
+  EXPECT_EQ(within("", "abc"), 1);
+  EXPECT_EQ(within("", ""), 1);
+}
+
+TEST_F(Fields, AlphaupperChangesAsciiLettersOnly) {
+  alphaupper("velmsys:a1\xe4\xdfZ{`", output);
+  EXPECT_EQ(output, "VELMSYS:A1\xe4\xdfZ{`");
+}
+
+TEST_F(Fields, MinvalueRaisesASmallerNumber) {
+  given("[A]\nkey=100\n");
+  minvalue("[A]", "key", "200");
+  EXPECT_EQ(lines(), "[A]\nkey=200\n");
+}
+
+TEST_F(Fields, MinvalueKeepsALargeEnoughNumber) {
+  given("[A]\nkey=60\npages=2048 # pages\n");
+  minvalue("[A]", "key", "050");
+  minvalue("[A]", "key", "60");
+  minvalue("[A]", "pages", "2048");
+  EXPECT_EQ(lines(), "[A]\nkey=60\npages=2048 # pages\n");
+}
+
+TEST_F(Fields, MinvalueAddsAMissingEntryAtTheEndOfTheSection) {
+  given("[A]\na=1\n[B]\n");
+  minvalue("[A]", "key", "200");
+  EXPECT_EQ(lines(), "[A]\na=1\nkey=200\n[B]\n");
+}
+
+TEST_F(Fields, MinvalueCountsTextAs0AndWritesTheMinimumAsItStands) {
+  given("[A]\nkey=abc\nneg=abc\n");
+  minvalue("[A]", "key", "007 pages");
+  minvalue("[A]", "neg", "-1");
+  EXPECT_EQ(lines(), "[A]\nkey=007 pages\nneg=abc\n");
+}
+
+TEST_F(Fields, AddpairAddsAPairOnceToEachList) {
+  EXPECT_EQ(addpair("a", "b", 0), 1);
+  EXPECT_EQ(addpair("a", "b", 0), 0);
+  EXPECT_EQ(addpair("a", "b", 1), 1);
+  EXPECT_EQ(addpair("a", "c", 0), 1);
+  EXPECT_EQ(addpair("a,b", "", 0), 1);
+  ASSERT_NE(pairs[0], nullptr);
+  EXPECT_STREQ(pairs[0]->text, "a,b");
+  EXPECT_STREQ(pairs[0]->next->text, "a,c");
+  EXPECT_STREQ(pairs[0]->next->next->text, "a,b,");
+  EXPECT_EQ(pairs[0]->next->next->next, nullptr);
+  EXPECT_EQ(pairs[1]->next, nullptr);
+}
+
+TEST_F(Fields, AddpairHoldsAtMost1025Characters) {
+  EXPECT_EQ(addpair(std::string(512, 'a'), std::string(512, 'b'), 0), 1);
+  EXPECT_THROW(addpair(std::string(512, 'a'), std::string(513, 'b'), 0), TextTooLong);
+}
+
+}  // namespace
+
+}  // namespace tolvane::test

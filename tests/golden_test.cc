@@ -1,0 +1,86 @@
+// The golden cases: each folder golden/<version>/<case>/ holds a command, the files before it, and what must stand
+// afterwards: the files, what is printed and the exit status, byte for byte.
+#include <algorithm>
+#include <cctype>
+#include <set>
+#include <sstream>
+
+#include "document/versions.h"
+#include "tests/support/program.h"
+
+namespace tolvane::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path golden = fs::path(TOLVANE_SOURCE) / "tests" / "golden";
+
+std::vector<fs::path> subfolders(const fs::path& folder) {
+  std::vector<fs::path> found;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) found.push_back(entry.path());
+  std::sort(found.begin(), found.end());
+  return found;
+}
+
+std::vector<fs::path> cases() {
+  std::vector<fs::path> found;
+  for (const fs::path& version : subfolders(golden)) {
+    for (const fs::path& folder : subfolders(version)) found.push_back(folder);
+  }
+  return found;
+}
+
+std::vector<std::string> words(const fs::path& folder) {
+  std::istringstream command(contents(folder / "command"));
+  std::vector<std::string> found;
+  for (std::string word; std::getline(command, word);) found.push_back(word);
+  return found;
+}
+
+std::string printable(const testing::TestParamInfo<fs::path>& info) {
+  std::string name = (*std::prev(info.param.end(), 2)).string() + "_" + info.param.filename().string();
+  std::replace_if(
+      name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
+  return name;
+}
+
+class Golden : public ProgramTest, public testing::WithParamInterface<fs::path> {};
+
+TEST_P(Golden, LeavesWhatItMust) {
+  const fs::path& parts = GetParam();
+  std::set<std::string> found;
+  for (const fs::path& part : subfolders(parts)) found.insert(part.filename());
+  ASSERT_EQ(found, (std::set<std::string>{"after", "before", "command", "status", "stdout"}));
+
+  for (const auto& [name, text] : filesin(parts / "before")) write(folder / name, text);
+  EXPECT_EQ(run(words(parts)), (Outcome{std::stoi(contents(parts / "status")), contents(parts / "stdout")}));
+
+  const Files expected = filesin(parts / "after");
+  const Files actual = filesin(folder);
+  std::set<std::string> names;
+  for (const auto& [name, text] : expected) names.insert(name);
+  for (const auto& [name, text] : actual) names.insert(name);
+  for (const std::string& name : names) {
+    ASSERT_TRUE(actual.contains(name)) << name << " is missing";
+    ASSERT_TRUE(expected.contains(name)) << name << " should not be there";
+    EXPECT_EQ(actual.at(name), expected.at(name)) << name;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Case, Golden, testing::ValuesIn(cases()), printable);
+
+TEST(GoldenFolders, AreThereForEveryVersionAndForNothingUnknown) {
+  std::set<std::string> expected{"commands", "unknown"};
+  for (const std::string_view version : sVersions) expected.emplace(version);
+  std::set<std::string> actual;
+  for (const fs::path& folder : subfolders(golden)) {
+    actual.insert(folder.filename());
+    EXPECT_FALSE(subfolders(folder).empty()) << folder << " holds no case";
+  }
+  EXPECT_EQ(actual, expected);
+}
+
+}  // namespace
+
+}  // namespace tolvane::test

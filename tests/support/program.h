@@ -1,0 +1,41 @@
+// Tests on the real program: run in a folder of its own, for what it prints, its exit status and the files it leaves.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace tolvane::test {
+
+/// What a run came to: the exit status, or minus the signal that ended it, and what stands on standard output.
+struct Outcome {
+  int status;
+  std::string printed;
+  bool operator==(const Outcome&) const = default;
+};
+
+void PrintTo(const Outcome& outcome, std::ostream* out);
+
+/// The files of a folder by name, with what they hold; "(not a file)" for anything else.
+using Files = std::map<std::string, std::string>;
+
+Files filesin(const std::filesystem::path& folder);
+std::string contents(const std::filesystem::path& path);
+void write(const std::filesystem::path& path, std::string_view contents);
+
+/// A fresh folder for a test, removed after it.
+class ProgramTest : public testing::Test {
+ protected:
+  ProgramTest();
+  ~ProgramTest() override;
+
+  /// Runs the program in the test's folder with the words behind its name.
+  [[nodiscard]] Outcome run(const std::vector<std::string>& words) const;
+
+  std::filesystem::path folder;
+};
+
+}  // namespace tolvane::test

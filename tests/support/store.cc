@@ -1,0 +1,65 @@
+#include "tests/support/store.h"
+
+#include <cstdlib>
+
+#include "document/fields.h"
+#include "document/linestore.h"
+#include "ladder/ladder.h"
+
+namespace tolvane::test {
+
+namespace {
+
+void clear() {
+  while (start != nullptr) discard(start);
+  for (Pair*& list : pairs) {
+    while (list != nullptr) {
+      Pair* const pair = list;
+      list = pair->next;
+      std::free(pair->text);
+      std::free(pair);
+    }
+  }
+}
+
+}  // namespace
+
+void given(std::string_view lines) {
+  while (start != nullptr) discard(start);
+  while (!lines.empty()) {
+    const std::size_t end = lines.find('\n');
+    Line* const line = makeentry();
+    line->text.set(lines.substr(0, end));
+    dlstore(line);
+    lines.remove_prefix(end + 1);
+  }
+}
+
+std::string lines() {
+  std::string result;
+  const Line* previous = nullptr;
+  for (const Line* line = start; line != nullptr; line = line->next) {
+    EXPECT_EQ(line->previous, previous) << "a broken link before " << line->text.c_str();
+    result.append(line->text).append("\n");
+    previous = line;
+  }
+  EXPECT_EQ(last, previous) << "the tail is not the last line";
+  return result;
+}
+
+StoreTest::StoreTest() { clear(); }
+
+StoreTest::~StoreTest() { clear(); }
+
+std::string converted(std::string_view version, std::string_view before) {
+  for (const Step& step : ladder) {
+    if (step.version != version) continue;
+    given(before);
+    step.apply();
+    return lines();
+  }
+  ADD_FAILURE() << "the ladder has no step " << version;
+  return {};
+}
+
+}  // namespace tolvane::test

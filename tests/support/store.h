@@ -1,0 +1,28 @@
+// Tests on the line store: text in, an operation, text out.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+namespace tolvane::test {
+
+/// Replaces the store by these lines, each ended by a newline, none of them blank.
+void given(std::string_view lines);
+
+/// The store as lines, each ended by a newline; fails the test when its links do not hold together.
+std::string lines();
+
+/// Gives every test an empty store and empty pair lists, and frees what it leaves.
+class StoreTest : public testing::Test {
+ protected:
+  StoreTest();
+  ~StoreTest() override;
+};
+
+/// The lines after the step of that version, as the ladder's table has it, was applied to the given lines. A version
+/// without a row in the table fails the test.
+std::string converted(std::string_view version, std::string_view before);
+
+}  // namespace tolvane::test
