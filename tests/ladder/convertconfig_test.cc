@@ -1,0 +1,152 @@
+#include "ladder/convertconfig.h"
+
+#include <algorithm>
+#include <cctype>
+#include <set>
+
+#include "document/ends.h"
+#include "document/entries.h"
+#include "document/linestore.h"
+#include "ladder/ladder.h"
+#include "tests/support/store.h"
+
+namespace tolvane::test {
+
+namespace {
+
+const std::string current = "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.45\n";
+
+class Driver : public StoreTest {
+ protected:
+  /// Runs the driver on a store; what was printed is in `printed`.
+  bool convert(std::string_view version, std::string_view lines) {
+    given(lines);
+    testing::internal::CaptureStdout();
+    const bool changed = convertconfig(version);
+    printed = testing::internal::GetCapturedStdout();
+    return changed;
+  }
+
+  std::string printed;
+};
+
+TEST_F(Driver, LeavesACurrentFileAlone) {
+  EXPECT_FALSE(convert("5.45", current));
+  EXPECT_EQ(lines(), current);
+  EXPECT_EQ(printed, "");
+}
+
+TEST_F(Driver, OnlyChecksThePlatformOfAnUnknownVersion) {
+  for (const char* version : {"", "6.0", "5.4.5", "5.44 "}) {
+    EXPECT_FALSE(convert(version, current + "rbufsiz=1\n")) << version;
+    EXPECT_EQ(lines(), current + "rbufsiz=1\n");
+    EXPECT_TRUE(convert(version, current + "[Com]\nCom=OFF\n")) << version;
+    EXPECT_EQ(lines(), current + "[Com]\n");
+  }
+}
+
+TEST_F(Driver, AppliesTheStepsThatAreNewerThanTheVersion) {
+  EXPECT_TRUE(convert("5.43", "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.43\nrbufsiz=1\n[Miscellaneous]\nDefLoginNSP=A\n"));
+  EXPECT_EQ(lines(), current + "[Miscellaneous]\nDefLoginNSP=A\n");
+}
+
+TEST_F(Driver, TakesAVersionWithoutAStepOfItsOwn) {
+  EXPECT_TRUE(convert("5.31", current + "[Startup]\nJournalSetsKills=1\n"));
+  EXPECT_EQ(find("[Startup]", "JournalSetsKills"), nullptr) << "step 5.32 runs";
+  EXPECT_EQ(find("[Cluster]"), nullptr) << "step 5.3 does not";
+}
+
+TEST_F(Driver, ClimbsTheWholeLadderInItsOrder) {
+  EXPECT_TRUE(convert("3.11", current + "[Startup]\nDomainspaceMaster=YES\n[config]\n[Language]\nPhysicalCursor=1\n"));
+  EXPECT_EQ(getvalue("[Startup]", "DomainspaceMaster"), "1") << "the first step";
+  EXPECT_EQ(find("[Language]", "PhysicalCursor"), nullptr) << "the last step";
+  EXPECT_EQ(getvalue("[SqlSysDatatypes]", "BIT"), "%Library.Boolean") << "3.14 adds it, 3.2 and 4.2 change it";
+  EXPECT_EQ(find("[config]", "ttysiz"), nullptr) << "4.1 adds it, 4.2 deletes it";
+}
+
+TEST_F(Driver, WritesTheVersionIntoField3OfThePlatformRecord) {
+  EXPECT_TRUE(convert("5.44", "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.44~four~five\n"));
+  EXPECT_EQ(lines(), "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.45~four~five\n");
+  EXPECT_TRUE(convert("5.44", "[config]\noverview=X86-64(Ubuntu Linux)\n"));
+  EXPECT_EQ(lines(), "[config]\noverview=X86-64(Ubuntu Linux)~~5.45\n");
+}
+
+TEST_F(Driver, ConvertsAFileOfARefusedPlatformAndWarnsOnce) {
+  EXPECT_TRUE(convert("5.43", "[config]\noverview=Linux/AMD64~UNIX~5.43\n"));
+  EXPECT_EQ(printed, "\nWarning: Cannot upgrade from Linux/x86-64 to X86-64(Ubuntu Linux)!\nContact Tessvar.\n\n");
+  EXPECT_EQ(lines(), "[config]\noverview=Linux/x86-64~UNIX~5.45\n");
+}
+
+TEST_F(Driver, EndsForAnUnknownPlatform) {
+  given("[config]\noverview=Toaster~UNIX~5.44\n");
+  EXPECT_THROW(convertconfig("5.44"), Fatal);
+  EXPECT_THROW(convertconfig("5.45"), Fatal);
+}
+
+/// The name of the test suite of a step: "Step" and the letters and digits of its version.
+std::string suiteof(std::string_view version) {
+  std::string name = "Step";
+  std::copy_if(version.begin(), version.end(), std::back_inserter(name),
+               [](unsigned char character) { return std::isalnum(character) != 0; });
+  return name;
+}
+
+TEST(Ladder, HasATestSuiteForEveryStep) {
+  std::set<std::string> suites;
+  const testing::UnitTest& all = *testing::UnitTest::GetInstance();
+  for (int n = 0; n < all.total_test_suite_count(); ++n) suites.insert(all.GetTestSuite(n)->name());
+  for (const Step& step : ladder) EXPECT_TRUE(suites.contains(suiteof(step.version))) << step.version;
+}
+
+TEST(Ladder, HasItsStepsInTheirOrder) {
+  const std::string_view versions[] = {"3.12", "3.13", "3.14", "3.2",  "3.21", "3.3",  "4.0",  "4.1",  "4.2",
+                                       "5.0",  "5.0.5", "5.2", "5.3",  "5.32", "5.34", "5.35", "5.36", "5.37",
+                                       "5.39", "5.40", "5.41", "5.42", "5.43", "5.44", "5.45"};
+  ASSERT_EQ(std::size(ladder), std::size(versions));
+  for (std::size_t n = 0; n < std::size(versions); ++n) EXPECT_EQ(ladder[n].version, versions[n]);
+}
+
+TEST(Ladder, MustAscendAlongKnownVersions) {
+  constexpr Step good[] = {{"3.12", nullptr}, {"3.2", nullptr}};
+  constexpr Step descending[] = {{"3.2", nullptr}, {"3.14", nullptr}};
+  constexpr Step twice[] = {{"3.2", nullptr}, {"3.2", nullptr}};
+  constexpr Step unknown[] = {{"3.12", nullptr}, {"3.15", nullptr}};
+  EXPECT_TRUE(ascends(good));
+  EXPECT_FALSE(ascends(descending));
+  EXPECT_FALSE(ascends(twice));
+  EXPECT_FALSE(ascends(unknown));
+}
+
+class Example : public StoreTest {
+ protected:
+  static void read() {
+    const std::string path = std::string(TOLVANE_SOURCE) + "/examples/server-3.11.qpx";
+    load(path.c_str());
+  }
+};
+
+TEST_F(Example, IsChangedByEveryStepAlone) {
+  for (const Step& step : ladder) {
+    given("");
+    read();
+    const std::string before = lines();
+    step.apply();
+    EXPECT_NE(lines(), before) << step.version;
+  }
+}
+
+TEST_F(Example, IsChangedByEveryStepInTheirOrder) {
+  read();
+  for (const Step& step : ladder) {
+    const std::string before = lines();
+    step.apply();
+    // What step "5.0" repairs in a "3.11" file step "4.2" has repaired just before.
+    if (step.version != "5.0") {
+      EXPECT_NE(lines(), before) << step.version;
+    }
+  }
+}
+
+}  // namespace
+
+}  // namespace tolvane::test
