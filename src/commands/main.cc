@@ -12,23 +12,26 @@
 
 namespace {
 
-using tolvane::fdbms;
-using tolvane::setparameter;
-using tolvane::update;
+/// The words of the command line behind the command word.
+using Arguments = const char* const*;
 
-/// A command: how many words its line has, the program's name among them, and what runs it with the words behind it.
+int update(Arguments words) { return tolvane::update(words[0]); }
+int fdbms(Arguments words) { return tolvane::fdbms(words[0]); }
+int install(Arguments /*words*/) { return 1; }  // accepts its file and does nothing, on purpose
+int setparameter(Arguments words) { return tolvane::setparameter(words[0], words[1], words[2], words[3]); }
+
+/// A command: how many words its command line has, the program's name among them, and what runs it.
 struct Command {
   int words;
   std::string_view word;
-  int (*run)(const char* const* arguments);
+  int (*run)(Arguments words);
 };
 
 constexpr Command commands[] = {
-    {3, "update", [](const char* const* arguments) { return update(arguments[0]); }},
-    {3, "fdbms", [](const char* const* arguments) { return fdbms(arguments[0]); }},
-    {3, "install", [](const char* const*) { return 1; }},  // accepts its file and does nothing, on purpose
-    {6, "setparameter",
-     [](const char* const* arguments) { return setparameter(arguments[0], arguments[1], arguments[2], arguments[3]); }},
+    {3, "update",       update      },
+    {3, "fdbms",        fdbms       },
+    {3, "install",      install     },
+    {6, "setparameter", setparameter},
 };
 
 /// Returns the exit status 0. Kept: `setparameter` is not mentioned.
@@ -40,7 +43,7 @@ int usage() {
   return 0;
 }
 
-int dispatch(int words, const char* const* line) {
+int dispatch(int words, Arguments line) {
   for (const Command& command : commands) {
     if (words == command.words && line[1] == command.word) return command.run(line + 2);
   }

@@ -9,10 +9,6 @@ void each(Verb verb, std::string_view section, std::span<const Edit> edits) {
   for (const Edit& edit : edits) verb(section, edit.key, edit.value);
 }
 
-void each(Verb verb, std::string_view section, std::initializer_list<Edit> edits) {
-  each(verb, section, std::span<const Edit>(edits.begin(), edits.size()));
-}
-
 bool takeentry(std::string_view section, std::string_view key, Text& value) {
   Line* const line = find(section, key);
   value.set(line == nullptr ? std::string_view{} : valueof(*line));

@@ -1,7 +1,6 @@
 // The recurring shapes of a conversion's edits: a block of like edits as data, and an entry that moves.
 #pragma once
 
-#include <initializer_list>
 #include <span>
 #include <string_view>
 
@@ -20,7 +19,6 @@ using Verb = void (*)(std::string_view section, std::string_view key, std::strin
 
 /// Does the edits of a block, in their order, to one section.
 void each(Verb verb, std::string_view section, std::span<const Edit> edits);
-void each(Verb verb, std::string_view section, std::initializer_list<Edit> edits);
 
 /// Deletes the entry and returns true with its value; when it is missing, false with an empty value.
 bool takeentry(std::string_view section, std::string_view key, Text& value);

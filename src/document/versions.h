@@ -9,9 +9,9 @@ namespace tolvane {
 /// Every known version, oldest first: their place in this list, never their number, tells which is older. The last one
 /// is the version that this tool writes.
 inline constexpr std::string_view sVersions[] = {
-    "2.0",  "2.01", "2.02", "2.03", "2.04", "2.1",  "3.0",  "3.1",  "3.11", "3.12", "3.13", "3.14", "3.2",
-    "3.21", "3.3",  "4.0",  "4.1",  "4.2",  "5.0",  "5.0.5", "5.2", "5.3",  "5.31", "5.32", "5.33", "5.34",
-    "5.35", "5.36", "5.37", "5.38", "5.39", "5.40", "5.41", "5.42", "5.43", "5.44", "5.45",
+    "2.0",  "2.01", "2.02", "2.03", "2.04", "2.1",  "3.0",   "3.1",  "3.11", "3.12", "3.13", "3.14", "3.2",
+    "3.21", "3.3",  "4.0",  "4.1",  "4.2",  "5.0",  "5.0.5", "5.2",  "5.3",  "5.31", "5.32", "5.33", "5.34",
+    "5.35", "5.36", "5.37", "5.38", "5.39", "5.40", "5.41",  "5.42", "5.43", "5.44", "5.45",
 };
 
 inline constexpr std::string_view currentversion = sVersions[std::size(sVersions) - 1];

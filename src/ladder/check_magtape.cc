@@ -10,41 +10,41 @@ namespace tolvane {
 
 namespace {
 
-/// The old device paths. Kept: rows 0 and 10 are one path, and so are rows 1 and 11: the first drive on such a path takes
-/// the new path of the earlier row, every later one that of the other.
+/// The old device paths. Kept: rows 0 and 10 are one path, and so are rows 1 and 11: the first drive on such a path
+/// takes the new path of the earlier row, every later one that of the other.
 constexpr std::string_view oldmag[] = {
-    "/dev/nrmt0h",
-    "/dev/nrmt1h",
-    "/dev/nrmt0l",
-    "/dev/nrmt1l",
-    "/dev/nrmt2l",
-    "/dev/nrmt3l",
-    "/dev/nrmt0m",
-    "/dev/nrmt1m",
-    "/dev/nrmt2m",
-    "/dev/nrmt3m",
-    "/dev/nrmt0h",
-    "/dev/nrmt1h",
-    "/dev/nrmt2h",
-    "/dev/nrmt3h",
+    "/dev/nrmt0h",  // 0
+    "/dev/nrmt1h",  // 1
+    "/dev/nrmt0l",  // 2
+    "/dev/nrmt1l",  // 3
+    "/dev/nrmt2l",  // 4
+    "/dev/nrmt3l",  // 5
+    "/dev/nrmt0m",  // 6
+    "/dev/nrmt1m",  // 7
+    "/dev/nrmt2m",  // 8
+    "/dev/nrmt3m",  // 9
+    "/dev/nrmt0h",  // 10
+    "/dev/nrmt1h",  // 11
+    "/dev/nrmt2h",  // 12
+    "/dev/nrmt3h",  // 13
 };
 
 /// The new drives, by the row of their old path.
 constexpr std::string_view magtape[] = {
-    "47~/dev/ntape/tape0",
-    "48~/dev/ntape/tape1",
-    "49~/dev/ntape/tape0_d0",
-    "50~/dev/ntape/tape1_d0",
-    "51~/dev/ntape/tape2_d0",
-    "52~/dev/ntape/tape3_d0",
-    "53~/dev/ntape/tape0_d2",
-    "54~/dev/ntape/tape1_d2",
-    "55~/dev/ntape/tape2_d2",
-    "56~/dev/ntape/tape3_d2",
-    "57~/dev/ntape/tape0_d1",
-    "58~/dev/ntape/tape1_d1",
-    "59~/dev/ntape/tape2_d1",
-    "60~/dev/ntape/tape3_d1",
+    "47~/dev/ntape/tape0",     // 0
+    "48~/dev/ntape/tape1",     // 1
+    "49~/dev/ntape/tape0_d0",  // 2
+    "50~/dev/ntape/tape1_d0",  // 3
+    "51~/dev/ntape/tape2_d0",  // 4
+    "52~/dev/ntape/tape3_d0",  // 5
+    "53~/dev/ntape/tape0_d2",  // 6
+    "54~/dev/ntape/tape1_d2",  // 7
+    "55~/dev/ntape/tape2_d2",  // 8
+    "56~/dev/ntape/tape3_d2",  // 9
+    "57~/dev/ntape/tape0_d1",  // 10
+    "58~/dev/ntape/tape1_d1",  // 11
+    "59~/dev/ntape/tape2_d1",  // 12
+    "60~/dev/ntape/tape3_d1",  // 13
 };
 
 constexpr int rows = static_cast<int>(std::size(magtape));

@@ -1,5 +1,5 @@
-// Tape device fix-up: the drives "Drive_1", "Drive_2", ... of "[MagTape]", whose values are fields separated by "~": the
-// drive's number, its device path, and more.
+// Tape device fix-up: the drives "Drive_1", "Drive_2", ... of "[MagTape]", whose values are fields separated by "~":
+// the drive's number, its device path, and more.
 #pragma once
 
 namespace tolvane {

@@ -1,5 +1,5 @@
-// The legacy network: the entry "LegacyNetConn" in "[config]", six numbers separated by "," of which field 1 is the node
-// count and field 4 the port count, and the numbered entries of the servers that it counts.
+// The legacy network: the entry "LegacyNetConn" in "[config]", six numbers separated by "," of which field 1 is the
+// node count and field 4 the port count, and the numbered entries of the servers that it counts.
 #pragma once
 
 #include "document/edits.h"

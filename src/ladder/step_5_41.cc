@@ -20,12 +20,10 @@ Text takejournalpurge() {
 }
 
 void gatherjournalsettings() {
-  each(saveentry, "[Journal]", {
-      {"JournalHalt", takeentry("[Miscellaneous]", "JournalHalt", "0")},
-      {"NewDatabaseDefault", takeentry("[Miscellaneous]", "JrnlNewGlo", "1")},
-      {"JournalPurge", takejournalpurge()},
-      {"TransNumKillJrn", takeentry("[Startup]", "TransNumKillJrn", "1000")},
-  });
+  saveentry("[Journal]", "JournalHalt", takeentry("[Miscellaneous]", "JournalHalt", "0"));
+  saveentry("[Journal]", "NewDatabaseDefault", takeentry("[Miscellaneous]", "JrnlNewGlo", "1"));
+  saveentry("[Journal]", "JournalPurge", takejournalpurge());
+  saveentry("[Journal]", "TransNumKillJrn", takeentry("[Startup]", "TransNumKillJrn", "1000"));
 }
 
 void repairportcount() {

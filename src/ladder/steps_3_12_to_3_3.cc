@@ -24,25 +24,25 @@ struct Rename {
 
 // "OpenVMS for VAX" and "Digital UNIX" are known to no platform table: such files end at the platform check. Kept.
 constexpr Rename platformrenames[] = {
-    {"VMS", "Alph axp", "OpenVMS for Alpha"},
-    {"VMS", "Alpha axp", "OpenVMS for Alpha"},
-    {"VMS", "VAX/VMS", "OpenVMS for VAX"},
-    {"UNIX", "Alpha OSF", "Digital UNIX"},
-    {"UNIX", "Alpha axp", "Digital UNIX"},
-    {"UNIX", "Alph axp", "Digital UNIX"},
-    {"UNIX", "PowerPC", "IBM PowerPC"},
-    {"UNIX", "RS6000", "IBM RS/6000"},
-    {"UNIX", "RS/6000", "IBM RS/6000"},
-    {"UNIX", "HP", "HP/UX"},
-    {"UNIX", "SCO", "SCO Unix"},
-    {"UNIX", "Unixware", "SCO Unixware"},
-    {"UNIX", "AViiON (Intel) DG/UX", "DG AViiON (Intel)"},
-    {"UNIX", "DG/Intel", "DG AViiON (Intel)"},
-    {"UNIX", "AViiON (Motorola 88000)", "DG AViiON (Motorola 88000)"},
-    {"UNIX", "Solaris/SPARC", "Solaris (SPARC)"},
-    {"UNIX", "Solaris/Intel", "Solaris (Intel)"},
-    {"Windows NT", "Intel", "Windows NT (Intel)"},
-    {"Windows NT", "Alpha", "Windows NT (Alpha)"},
+    {"VMS",        "Alph axp",                "OpenVMS for Alpha"         },
+    {"VMS",        "Alpha axp",               "OpenVMS for Alpha"         },
+    {"VMS",        "VAX/VMS",                 "OpenVMS for VAX"           },
+    {"UNIX",       "Alpha OSF",               "Digital UNIX"              },
+    {"UNIX",       "Alpha axp",               "Digital UNIX"              },
+    {"UNIX",       "Alph axp",                "Digital UNIX"              },
+    {"UNIX",       "PowerPC",                 "IBM PowerPC"               },
+    {"UNIX",       "RS6000",                  "IBM RS/6000"               },
+    {"UNIX",       "RS/6000",                 "IBM RS/6000"               },
+    {"UNIX",       "HP",                      "HP/UX"                     },
+    {"UNIX",       "SCO",                     "SCO Unix"                  },
+    {"UNIX",       "Unixware",                "SCO Unixware"              },
+    {"UNIX",       "AViiON (Intel) DG/UX",    "DG AViiON (Intel)"         },
+    {"UNIX",       "DG/Intel",                "DG AViiON (Intel)"         },
+    {"UNIX",       "AViiON (Motorola 88000)", "DG AViiON (Motorola 88000)"},
+    {"UNIX",       "Solaris/SPARC",           "Solaris (SPARC)"           },
+    {"UNIX",       "Solaris/Intel",           "Solaris (Intel)"           },
+    {"Windows NT", "Intel",                   "Windows NT (Intel)"        },
+    {"Windows NT", "Alpha",                   "Windows NT (Alpha)"        },
 };
 
 std::string_view newplatformname(std::string_view name, std::string_view family) {
@@ -75,7 +75,8 @@ static_assert(trxfrom314.size() == 32 && trxfrom32.size() == 32);
 void step312() {
   if (Text master; getvalue("[Startup]", "DomainspaceMaster", master)) {
     Text newmaster{master == "YES" ? '1' : '0'};
-    if (Text backupmaster; getvalue("[Net]", "NSBackupMaster", backupmaster)) newmaster.set(newmaster, ',', backupmaster);
+    Text backupmaster;
+    if (getvalue("[Net]", "NSBackupMaster", backupmaster)) newmaster.set(newmaster, ',', backupmaster);
     editentry("[Startup]", "DomainspaceMaster", newmaster);
   }
   delentry("[Net]", "NSBackupMaster");
@@ -84,90 +85,100 @@ void step312() {
 void step313() {
   normaliseplatform();
   editentry("[Net]", "Timeout", "10");
-  each(saveentry, "[Net]", {{"baserexmit", "1"}, {"maxrexmit", "20"}});
-  each(minvalue, "[Net]", {{"udprcvbufsiz", "400000"}, {"udpsndbufsiz", "250000"}});
+  saveentry("[Net]", "baserexmit", "1");
+  saveentry("[Net]", "maxrexmit", "20");
+  minvalue("[Net]", "udprcvbufsiz", "400000");
+  minvalue("[Net]", "udpsndbufsiz", "250000");
 }
 
 void step314() {
   delentry("[config]", "cpus");
-  each(saveentry, "[Startup]", {
-      {"ShutdownTimeout", "300"},
-      {"EnableMultiUserClients", "NO"},
-      {"ErrorPurge", "30"},
-  });
+  constexpr Edit startup[] = {
+      {"ShutdownTimeout",        "300"},
+      {"EnableMultiUserClients", "NO" },
+      {"ErrorPurge",             "30" },
+  };
+  each(saveentry, "[Startup]", startup);
   saveentry("[DTMnetBIOS]", "DTMcollation", "0");
-  each(saveentry, "[SQL]", {
-      {"ddlNo30", "0"},
-      {"ddlNo201", "0"},
-      {"ddlNo307", "0"},
-      {"ddlNo315", "0"},
-      {"ddlNo324", "0"},
-      {"ddlNo333", "0"},
-      {"dropDelete", "1"},
-      {"idKey", "1"},
-      {"lockTimeout", "10"},
-      {"comments", "0"},
-      {"delimitedIds", "0"},
-      {"dbmsSecurity", "1"},
-      {"namespaceSecurity", "1"},
-      {"loginOverride", ""},
-      {"daysBeforePurge", takeentry("[Startup]", "DaysBeforePurge", "7")},
-      {"prefix", "DruveSql"},
-      {"saveMAC", "1"},
-      {"idTrxFrom", trxfrom314},
-      {"idTrxTo", ""},
-  });
+  const Text purge = takeentry("[Startup]", "DaysBeforePurge", "7");
+  const Edit sql[] = {
+      {"ddlNo30",           "0"       },
+      {"ddlNo201",          "0"       },
+      {"ddlNo307",          "0"       },
+      {"ddlNo315",          "0"       },
+      {"ddlNo324",          "0"       },
+      {"ddlNo333",          "0"       },
+      {"dropDelete",        "1"       },
+      {"idKey",             "1"       },
+      {"lockTimeout",       "10"      },
+      {"comments",          "0"       },
+      {"delimitedIds",      "0"       },
+      {"dbmsSecurity",      "1"       },
+      {"namespaceSecurity", "1"       },
+      {"loginOverride",     ""        },
+      {"daysBeforePurge",   purge     },
+      {"prefix",            "DruveSql"},
+      {"saveMAC",           "1"       },
+      {"idTrxFrom",         trxfrom314},
+      {"idTrxTo",           ""        },
+  };
+  each(saveentry, "[SQL]", sql);
   each(saveentry, "[SqlSysDatatypes]", newdatatypes);
   newsection("[SqlUserDatatypes]");  // kept: a second one where the file has one
-  each(saveentry, "[ViewPoint]", {{"VPSendResSz", "1"}, {"VPSendDTMNet", "1"}});
-  each(keepentry, "[Miscellaneous]", {
-      {"MNetSets", "0"},
-      {"JournalHalt", "0"},
-      {"NetErrToLog", "0"},
-      {"NetErrToOpr", "0"},
-      {"DisconnectErr", "0"},
-      {"ReliableJob", "1"},
-      {"DdpSec", "0"},
-      {"NetNullSubs", "0"},
-      {"RelCommit", "0"},
-      {"ViewPastData", "0"},
-      {"NamespacePrompt", "1"},
-      {"NetHardening", takeentry("[Startup]", "nethard", "1")},
-      {"BroadcastHard", "0"},
-      {"PopError", "0"},
-      {"DropRemLocks", "0"},
-      {"ZDateNull", "0"},
-      {"JournalZGlob", "1"},
-      {"AsynchError", "1"},
-      {"NWDSRetry", "0"},
-      {"NoNspNotify", "0"},
-      {"JrnlNewGlo", "0"},
-      {"EnableCaching", "1"},
-      {"SetZEOF", "0"},
-      {"NodeNameInPid", "0"},
-      {"OldZU5", "0"},
-      {"DefLoginNSP", "USER"},
-      {"ShutDownLogErrors", "0"},
-      {"TruncateOverflow", "0"},
-      {"LogRollback", "0"},
-  });
+  saveentry("[ViewPoint]", "VPSendResSz", "1");
+  saveentry("[ViewPoint]", "VPSendDTMNet", "1");
+  const Text hardening = takeentry("[Startup]", "nethard", "1");
+  const Edit miscellaneous[] = {
+      {"MNetSets",          "0"      },
+      {"JournalHalt",       "0"      },
+      {"NetErrToLog",       "0"      },
+      {"NetErrToOpr",       "0"      },
+      {"DisconnectErr",     "0"      },
+      {"ReliableJob",       "1"      },
+      {"DdpSec",            "0"      },
+      {"NetNullSubs",       "0"      },
+      {"RelCommit",         "0"      },
+      {"ViewPastData",      "0"      },
+      {"NamespacePrompt",   "1"      },
+      {"NetHardening",      hardening},
+      {"BroadcastHard",     "0"      },
+      {"PopError",          "0"      },
+      {"DropRemLocks",      "0"      },
+      {"ZDateNull",         "0"      },
+      {"JournalZGlob",      "1"      },
+      {"AsynchError",       "1"      },
+      {"NWDSRetry",         "0"      },
+      {"NoNspNotify",       "0"      },
+      {"JrnlNewGlo",        "0"      },
+      {"EnableCaching",     "1"      },
+      {"SetZEOF",           "0"      },
+      {"NodeNameInPid",     "0"      },
+      {"OldZU5",            "0"      },
+      {"DefLoginNSP",       "USER"   },
+      {"ShutDownLogErrors", "0"      },
+      {"TruncateOverflow",  "0"      },
+      {"LogRollback",       "0"      },
+  };
+  each(keepentry, "[Miscellaneous]", miscellaneous);
 }
 
 void step32() {
   saveentry("[SqlSysDatatypes]", "NVARCHAR(%1,%2)", "%String(MAXLEN=%1)");
-  each(editentry, "[SqlSysDatatypes]", {
-      {"BIT", "%Boolean"},
-      {"VARCHAR(%1)", "%String(MAXLEN=%1)"},
+  constexpr Edit types[] = {
+      {"BIT",            "%Boolean"          },
+      {"VARCHAR(%1)",    "%String(MAXLEN=%1)"},
       {"VARCHAR(%1,%2)", "%String(MAXLEN=%1)"},
-      {"VARCHAR2(%1)", "%String(MAXLEN=%1)"},
-  });
+      {"VARCHAR2(%1)",   "%String(MAXLEN=%1)"},
+  };
+  each(editentry, "[SqlSysDatatypes]", types);
   delentry("[SqlSysDatatypes]", "VARCHAR(255)");
   saveentry("[SqlSysDatatypes]", "LONG RAW", "BStream%String");
-  each(editentry, "[SQL]", {
-      {"idTrxFrom", trxfrom32},
-      {"namespaceSecurity", "0"},
-      {"saveMAC", "0"},
-  });
+  constexpr Edit sql[] = {
+      {"idTrxFrom",         trxfrom32},
+      {"namespaceSecurity", "0"      },
+      {"saveMAC",           "0"      },
+  };
+  each(editentry, "[SQL]", sql);
   if (Text value; takeentry("[SQL]", "ddlNo303", value)) keepentry("[SQL]", "ddlNo333", value);
   if (platformfamily() == "VMS") moveentry("[config]", "usephysicalmem", "[config]", "useresidentmem");
   saveentry("[Startup]", "Imjrnthreshold", "10");

@@ -81,7 +81,8 @@ void convertmultiuser() {
 }  // namespace
 
 void step40() {
-  each(saveentry, "[SQL]", {{"referentialChecks", "0"}, {"ddlNo311", "0"}});
+  saveentry("[SQL]", "referentialChecks", "0");
+  saveentry("[SQL]", "ddlNo311", "0");
   saveentry("[SqlSysDatatypes]", "LONG BINARY", "BStream%String");
   keepentry("[Language]", "ZaMode", takeentry("[Language]", "ZaModeKRM", "0"));
   delentry("[Language]", "ZaModeDSM");

@@ -40,12 +40,12 @@ void step537() {
 }
 
 void step539() {
-  // Kept: appended also where the section has them already.
-  each(saveentry, "[Journal]", {
-      {"CurrentDirectory", ""},
+  constexpr Edit directories[] = {
+      {"CurrentDirectory",   ""},
       {"AlternateDirectory", ""},
-      {"FileSizeLimit", ""},
-  });
+      {"FileSizeLimit",      ""},
+  };
+  each(saveentry, "[Journal]", directories);  // kept: also beside those that are there
 }
 
 void step540() { delentry("[Startup]", "journalmode"); }

@@ -54,19 +54,15 @@ void scaleroutines(int oldsize) {
 }  // namespace
 
 void step542() {
-  each(editentry, "[SqlSysDatatypes]", {
-      {"DOUBLE", "%Library.Double"},
-      {"DOUBLE PRECISION", "%Library.Double"},
-  });
+  editentry("[SqlSysDatatypes]", "DOUBLE", "%Library.Double");
+  editentry("[SqlSysDatatypes]", "DOUBLE PRECISION", "%Library.Double");
   repairnodecount();
 }
 
 void step543() {
   delentry("[Miscellaneous]", "DefLoginNSP");
-  each(putentry, "[SqlSysDatatypes]", {
-      {"SMALLDATETIME", "%Library.TimeStamp"},
-      {"SYSNAME", "%Library.String(MAXLEN=128)"},
-  });
+  putentry("[SqlSysDatatypes]", "SMALLDATETIME", "%Library.TimeStamp");
+  putentry("[SqlSysDatatypes]", "SYSNAME", "%Library.String(MAXLEN=128)");
   if (platformfamily() == "VMS") scaleroutines(raisebuffersize());
 }
 

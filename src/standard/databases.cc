@@ -53,19 +53,32 @@ bool declarenamespace(std::string_view database, std::string_view standard, bool
 }  // namespace
 
 bool check_audit(bool reset) {
-  return declaredatabase("VELMAUDIT,velmaudit,,0,P,0,1", {{7, "1"}, {6, "0"}}, reset);
+  return declaredatabase("VELMAUDIT,velmaudit,,0,P,0,1",
+                         {
+                             {7, "1"},
+                             {6, "0"}
+  },
+                         reset);
 }
 
 bool check_velmlib(bool reset) {
-  return declaredatabase("VELMLIB,velmlib,,0,P,0,1", {{3, ""}, {7, "1"}, {5, "P"}}, reset);
+  return declaredatabase("VELMLIB,velmlib,,0,P,0,1",
+                         {
+                             {3, "" },
+                             {7, "1"},
+                             {5, "P"}
+  },
+                         reset);
 }
 
 bool check_docbook(bool reset) {
-  return declarenamespace("DOCBOOK,docbook,,0,P,0,0", "DOCBOOK,DOCBOOK,VELMSYS,DOCBOOK,VELMSYS,VELMLIB,VELMTEMP", reset);
+  return declarenamespace("DOCBOOK,docbook,,0,P,0,0", "DOCBOOK,DOCBOOK,VELMSYS,DOCBOOK,VELMSYS,VELMLIB,VELMTEMP",
+                          reset);
 }
 
 bool check_samples(bool reset) {
-  return declarenamespace("SAMPLES,samples,,0,P,0,0", "SAMPLES,SAMPLES,VELMSYS,SAMPLES,VELMSYS,VELMLIB,VELMTEMP", reset);
+  return declarenamespace("SAMPLES,samples,,0,P,0,0", "SAMPLES,SAMPLES,VELMSYS,SAMPLES,VELMSYS,VELMLIB,VELMTEMP",
+                          reset);
 }
 
 }  // namespace tolvane

@@ -1,7 +1,7 @@
 // The standard databases: fix-ups that declare them, and for two of them their namespaces, in their current form.
 //
-// With `reset` a differing entry is replaced by the whole standard text; without it only the fields that matter are made
-// to conform. Each returns true when it changed the line store. An entry is looked for up to the first gap in the
+// With `reset` a differing entry is replaced by the whole standard text; without it only the fields that matter are
+// made to conform. Each returns true when it changed the line store. An entry is looked for up to the first gap in the
 // numbering, and a new one takes the number of that gap.
 #pragma once
 

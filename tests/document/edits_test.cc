@@ -11,8 +11,16 @@ class Edits : public StoreTest {};
 
 TEST_F(Edits, OfABlockAreDoneInTheirOrder) {
   given("[A]\na=0\n");
-  each(saveentry, "[A]", {{"b", "1"}, {"a", "2"}});
-  each(editentry, "[A]", {{"a", "3"}, {"c", "4"}});
+  constexpr Edit added[] = {
+      {"b", "1"},
+      {"a", "2"}
+  };
+  constexpr Edit changed[] = {
+      {"a", "3"},
+      {"c", "4"}
+  };
+  each(saveentry, "[A]", added);
+  each(editentry, "[A]", changed);
   EXPECT_EQ(lines(), "[A]\na=3\nb=1\na=2\n");
 }
 

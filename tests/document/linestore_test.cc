@@ -66,9 +66,7 @@ TEST_F(LineStore, HoldsALineOf511CharactersAsOne) {
   EXPECT_EQ(loaded(std::string(511, 'x') + "\nb\n"), std::string(511, 'x') + "\nb\n");
 }
 
-TEST_F(LineStore, EndsALineAtANulByte) {
-  EXPECT_EQ(loaded(std::string_view("a\0b\nc\n\0d\ne\n", 11)), "a\nc\ne\n");
-}
+TEST_F(LineStore, EndsALineAtANulByte) { EXPECT_EQ(loaded(std::string_view("a\0b\nc\n\0d\ne\n", 11)), "a\nc\ne\n"); }
 
 TEST_F(LineStore, ReportsAMissingInputFile) {
   try {

@@ -9,8 +9,9 @@ namespace {
 class TapeDrives : public StoreTest {};
 
 TEST_F(TapeDrives, OnOneOldPathGetTwoNewOnes) {
-  given("[MagTape]\nDrive_1=1~/dev/nrmt0h\nDrive_2=2~/dev/nrmt0h\nDrive_3=3~/dev/nrmt0h\nDrive_4=4~/dev/nrmt1h\n"
-        "Drive_5=5~/dev/nrmt1h\n");
+  given(
+      "[MagTape]\nDrive_1=1~/dev/nrmt0h\nDrive_2=2~/dev/nrmt0h\nDrive_3=3~/dev/nrmt0h\nDrive_4=4~/dev/nrmt1h\n"
+      "Drive_5=5~/dev/nrmt1h\n");
   EXPECT_TRUE(check_magtape(0));
   EXPECT_EQ(lines(),
             "[MagTape]\nDrive_1=1~/dev/ntape/tape0\nDrive_2=2~/dev/ntape/tape0_d1\nDrive_3=3~/dev/ntape/tape0_d1\n"
@@ -30,7 +31,8 @@ TEST_F(TapeDrives, BehindAGapAreNotLookedAt) {
 }
 
 TEST_F(TapeDrives, OnANewOrUnknownPathStay) {
-  const std::string_view drives = "[MagTape]\nDrive_1=1~/dev/ntape/tape0\nDrive_2=2~/dev/nrmt9h\nDrive_3\nDrive_4=/dev/nrmt0h\n";
+  const std::string_view drives =
+      "[MagTape]\nDrive_1=1~/dev/ntape/tape0\nDrive_2=2~/dev/nrmt9h\nDrive_3\nDrive_4=/dev/nrmt0h\n";
   given(drives);
   EXPECT_FALSE(check_magtape(0));
   EXPECT_EQ(lines(), drives);
@@ -39,9 +41,11 @@ TEST_F(TapeDrives, OnANewOrUnknownPathStay) {
 }
 
 TEST_F(TapeDrives, OnEachOldPathGetItsNewOne) {
-  given("[MagTape]\nDrive_1=~/dev/nrmt0h\nDrive_2=~/dev/nrmt1h\nDrive_3=~/dev/nrmt0l\nDrive_4=~/dev/nrmt1l\n"
-        "Drive_5=~/dev/nrmt2l\nDrive_6=~/dev/nrmt3l\nDrive_7=~/dev/nrmt0m\nDrive_8=~/dev/nrmt1m\nDrive_9=~/dev/nrmt2m\n"
-        "Drive_10=~/dev/nrmt3m\nDrive_11=~/dev/nrmt0h\nDrive_12=~/dev/nrmt1h\nDrive_13=~/dev/nrmt2h\nDrive_14=~/dev/nrmt3h\n");
+  given(
+      "[MagTape]\nDrive_1=~/dev/nrmt0h\nDrive_2=~/dev/nrmt1h\nDrive_3=~/dev/nrmt0l\nDrive_4=~/dev/nrmt1l\n"
+      "Drive_5=~/dev/nrmt2l\nDrive_6=~/dev/nrmt3l\nDrive_7=~/dev/nrmt0m\nDrive_8=~/dev/nrmt1m\nDrive_9=~/dev/nrmt2m\n"
+      "Drive_10=~/dev/nrmt3m\nDrive_11=~/dev/nrmt0h\nDrive_12=~/dev/nrmt1h\nDrive_13=~/dev/nrmt2h\nDrive_14=~/dev/"
+      "nrmt3h\n");
   EXPECT_TRUE(check_magtape(0));
   EXPECT_EQ(lines(),
             "[MagTape]\nDrive_1=~/dev/ntape/tape0\nDrive_2=~/dev/ntape/tape1\nDrive_3=~/dev/ntape/tape0_d0\n"

@@ -43,8 +43,7 @@ TEST_F(PlatformCheck, ChangesNothingWithoutThatEntry) {
 
 TEST_F(PlatformCheck, WarnsOfALegacyNameOfAnotherPlatform) {
   EXPECT_FALSE(check("Linux/x86-64~UNIX~5.2"));
-  EXPECT_EQ(printed,
-            "\nWarning: Cannot upgrade from Linux/x86-64 to X86-64(Ubuntu Linux)!\nContact Tessvar.\n\n");
+  EXPECT_EQ(printed, "\nWarning: Cannot upgrade from Linux/x86-64 to X86-64(Ubuntu Linux)!\nContact Tessvar.\n\n");
   EXPECT_EQ(lines(), "[config]\noverview=Linux/x86-64~UNIX~5.2\n");
 }
 
@@ -54,7 +53,8 @@ TEST_F(PlatformCheck, AnswersNoForARefusedPlatformAlsoWhenTheEntryWasRemoved) {
 }
 
 TEST_F(PlatformCheck, EndsForAnUnknownPlatform) {
-  for (const std::string name : {"Invalid Platform ID", "x86-64(ubuntu linux)", "OpenVMS for VAX", "Digital UNIX", ""}) {
+  for (const std::string name :
+       {"Invalid Platform ID", "x86-64(ubuntu linux)", "OpenVMS for VAX", "Digital UNIX", ""}) {
     check(name + "~UNIX~5.2");
     EXPECT_EQ(fatal, "Unknown platform: " + name + ".");
     EXPECT_EQ(printed, "");

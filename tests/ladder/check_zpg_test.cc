@@ -73,7 +73,9 @@ TEST_F(WebApplications, ThatAreObsoleteStayInTheNormalMode) {
 }
 
 TEST_F(WebApplications, BehindAGapAreSeenOnceItIsFilled) {
-  given("[ZPG.Applications]\nZPGApp_1=/zpg/samples,,,,,,,,,,,,,,,7,,,1\nZPGApp_2=/a,,,,,,,,,,,,,,,7,,,1\nZPGApp_4=/zpg/broker\n");
+  given(
+      "[ZPG.Applications]\nZPGApp_1=/zpg/samples,,,,,,,,,,,,,,,7,,,1\nZPGApp_2=/a,,,,,,,,,,,,,,,7,,,1\nZPGApp_4=/zpg/"
+      "broker\n");
   EXPECT_TRUE(check_zpg(false));
   EXPECT_EQ(lines(),
             "[ZPG.Applications]\nZPGApp_1=/zpg/samples,,,,,,,,,,,,,,,7,,,1\nZPGApp_2=/a,,,,,,,,,,,,,,,7,,,1\n"
@@ -104,8 +106,8 @@ TEST_F(WebApplications, ThatAreObsoleteAreRemovedAndTheNumbersCloseUp) {
 
 TEST_F(WebApplications, AreRemovedOnceForEachObsoletePath) {
   const std::string own = ",,,,,,,,,,,,,,,7,,,1";
-  given("[ZPG.Applications]\n" + standard(1, 1, 8) + "ZPGApp_9=/dev/zpg/rules" + own + "\nZPGApp_10=/dev/zpg/rules" + own +
-        "\nZPGApp_11=/studio/templates" + own + "\nZPGApp_12=/studio/usertemplates" + own + "\n");
+  given("[ZPG.Applications]\n" + standard(1, 1, 8) + "ZPGApp_9=/dev/zpg/rules" + own + "\nZPGApp_10=/dev/zpg/rules" +
+        own + "\nZPGApp_11=/studio/templates" + own + "\nZPGApp_12=/studio/usertemplates" + own + "\n");
   EXPECT_TRUE(check_zpg(true));
   EXPECT_EQ(lines(), "[ZPG.Applications]\n" + standard(1, 1, 8) + "ZPGApp_9=/dev/zpg/rules" + own + "\n");
 }

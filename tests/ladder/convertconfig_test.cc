@@ -46,7 +46,8 @@ TEST_F(Driver, OnlyChecksThePlatformOfAnUnknownVersion) {
 }
 
 TEST_F(Driver, AppliesTheStepsThatAreNewerThanTheVersion) {
-  EXPECT_TRUE(convert("5.43", "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.43\nrbufsiz=1\n[Miscellaneous]\nDefLoginNSP=A\n"));
+  EXPECT_TRUE(convert(
+      "5.43", "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.43\nrbufsiz=1\n[Miscellaneous]\nDefLoginNSP=A\n"));
   EXPECT_EQ(lines(), current + "[Miscellaneous]\nDefLoginNSP=A\n");
 }
 
@@ -99,18 +100,30 @@ TEST(Ladder, HasATestSuiteForEveryStep) {
 }
 
 TEST(Ladder, HasItsStepsInTheirOrder) {
-  const std::string_view versions[] = {"3.12", "3.13", "3.14", "3.2",  "3.21", "3.3",  "4.0",  "4.1",  "4.2",
-                                       "5.0",  "5.0.5", "5.2", "5.3",  "5.32", "5.34", "5.35", "5.36", "5.37",
-                                       "5.39", "5.40", "5.41", "5.42", "5.43", "5.44", "5.45"};
+  const std::string_view versions[] = {"3.12", "3.13",  "3.14", "3.2",  "3.21", "3.3",  "4.0",  "4.1",  "4.2",
+                                       "5.0",  "5.0.5", "5.2",  "5.3",  "5.32", "5.34", "5.35", "5.36", "5.37",
+                                       "5.39", "5.40",  "5.41", "5.42", "5.43", "5.44", "5.45"};
   ASSERT_EQ(std::size(ladder), std::size(versions));
   for (std::size_t n = 0; n < std::size(versions); ++n) EXPECT_EQ(ladder[n].version, versions[n]);
 }
 
 TEST(Ladder, MustAscendAlongKnownVersions) {
-  constexpr Step good[] = {{"3.12", nullptr}, {"3.2", nullptr}};
-  constexpr Step descending[] = {{"3.2", nullptr}, {"3.14", nullptr}};
-  constexpr Step twice[] = {{"3.2", nullptr}, {"3.2", nullptr}};
-  constexpr Step unknown[] = {{"3.12", nullptr}, {"3.15", nullptr}};
+  constexpr Step good[] = {
+      {"3.12", nullptr},
+      {"3.2",  nullptr}
+  };
+  constexpr Step descending[] = {
+      {"3.2",  nullptr},
+      {"3.14", nullptr}
+  };
+  constexpr Step twice[] = {
+      {"3.2", nullptr},
+      {"3.2", nullptr}
+  };
+  constexpr Step unknown[] = {
+      {"3.12", nullptr},
+      {"3.15", nullptr}
+  };
   EXPECT_TRUE(ascends(good));
   EXPECT_FALSE(ascends(descending));
   EXPECT_FALSE(ascends(twice));

@@ -20,11 +20,12 @@ TEST_F(Step541, WritesTheJournalDefaults) {
 }
 
 TEST_F(Step541, GathersTheJournalSettings) {
-  EXPECT_EQ(converted("5.41",
-                      "[Miscellaneous]\nJrnlNewGlo=0\nJournalHalt=1\n[Startup]\nTransNumKillJrn\nJournalPurge=30\n"
-                      "[Journal]\nJournalHalt=x\n"),
-            "[Miscellaneous]\n[Startup]\n[Journal]\nJournalHalt=x\nJournalHalt=1\nNewDatabaseDefault=0\nJournalPurge=30\n"
-            "TransNumKillJrn=\n");
+  EXPECT_EQ(
+      converted("5.41",
+                "[Miscellaneous]\nJrnlNewGlo=0\nJournalHalt=1\n[Startup]\nTransNumKillJrn\nJournalPurge=30\n"
+                "[Journal]\nJournalHalt=x\n"),
+      "[Miscellaneous]\n[Startup]\n[Journal]\nJournalHalt=x\nJournalHalt=1\nNewDatabaseDefault=0\nJournalPurge=30\n"
+      "TransNumKillJrn=\n");
 }
 
 std::string purge(const std::string& value) {
@@ -49,7 +50,8 @@ TEST_F(Step541, CountsTheDdpServersAsPorts) {
   const std::string servers = "[DSM-DDP]\nNetIsDDP_1=a\nNetIsDDP_2=b\n";
   EXPECT_EQ(step541(servers + "[config]\nLegacyNetConn=8,2,1012,0,0,0\n[Net]\nmaxdsmport=0\n"),
             servers + "[config]\nLegacyNetConn=8,2,1012,2,0,0\n[Net]\nmaxdsmport=2\n");
-  EXPECT_EQ(step541(servers + "[config]\nLegacyNetConn=8\n[Net]\n"), servers + "[config]\nLegacyNetConn=8,,,2\n[Net]\n");
+  EXPECT_EQ(step541(servers + "[config]\nLegacyNetConn=8\n[Net]\n"),
+            servers + "[config]\nLegacyNetConn=8,,,2\n[Net]\n");
 }
 
 TEST_F(Step541, KeepsAPortCountThatIsThere) {
@@ -66,7 +68,8 @@ TEST_F(Step541, CountsAHostAsOnePort) {
 }
 
 TEST_F(Step541, SetsTheNetworksPortsAlsoWithoutASummary) {
-  EXPECT_EQ(step541("[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxdsmport=0\n"), "[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxdsmport=1\n");
+  EXPECT_EQ(step541("[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxdsmport=0\n"),
+            "[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxdsmport=1\n");
 }
 
 /// What is left of the mapping section of a namespace "USER".
@@ -93,7 +96,8 @@ TEST_F(Step541, DeletesASectionOfDroppedMappingsOnly) {
 }
 
 TEST_F(Step541, DropsOddByPrefixAndTheOthersExactly) {
-  const std::string kept = "[NspMap.USER]\nGloMap_1=rINDEXCLASSX,a\nGloMap_2=mddx\nGloMap_3=od\nGloMap_4=Odd\nGloMap_5\n";
+  const std::string kept =
+      "[NspMap.USER]\nGloMap_1=rINDEXCLASSX,a\nGloMap_2=mddx\nGloMap_3=od\nGloMap_4=Odd\nGloMap_5\n";
   EXPECT_EQ(mappings(kept.substr(14)), kept);
   EXPECT_EQ(mappings("GloMap_1=oddX,a\nGloMap_2=b\n"), "[NspMap.USER]\nGloMap_1=b\n");
 }
@@ -122,8 +126,10 @@ TEST_F(Step541, DeletesTheSecondOfTwoMappingsOfOneNumber) {
 }
 
 TEST_F(Step541, CleansEachNamespaceUpToTheFirstGap) {
-  EXPECT_EQ(step541("[NspMap.B]\nGloMap_1=odd\nx=1\n[Namespaces]\nNsp_1=A\nNsp_2=B,\nNsp_3=B\nNsp_4\n[NspMap.]\nGloMap_1=mdd\n"),
-            "[NspMap.B]\nx=1\n[Namespaces]\nNsp_1=A\nNsp_2=B,\nNsp_3=B\nNsp_4\n");
+  EXPECT_EQ(
+      step541(
+          "[NspMap.B]\nGloMap_1=odd\nx=1\n[Namespaces]\nNsp_1=A\nNsp_2=B,\nNsp_3=B\nNsp_4\n[NspMap.]\nGloMap_1=mdd\n"),
+      "[NspMap.B]\nx=1\n[Namespaces]\nNsp_1=A\nNsp_2=B,\nNsp_3=B\nNsp_4\n");
 }
 
 TEST_F(Step541, RenumbersManyMappings) {

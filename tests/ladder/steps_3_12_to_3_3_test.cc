@@ -138,12 +138,13 @@ TEST_F(Step314, AddsASecondSectionOfUserDatatypes) {
 }
 
 TEST_F(Step314, KeepsMiscellaneousSettingsThatAreThere) {
-  EXPECT_EQ(section(converted("3.14", "[Miscellaneous]\nRelCommit=1\nMNetSets\n[Startup]\n"), "[Miscellaneous]"),
-            "[Miscellaneous]\nRelCommit=1\nMNetSets\nJournalHalt=0\nNetErrToLog=0\nNetErrToOpr=0\nDisconnectErr=0\n"
-            "ReliableJob=1\nDdpSec=0\nNetNullSubs=0\nViewPastData=0\nNamespacePrompt=1\nNetHardening=1\nBroadcastHard=0\n"
-            "PopError=0\nDropRemLocks=0\nZDateNull=0\nJournalZGlob=1\nAsynchError=1\nNWDSRetry=0\nNoNspNotify=0\n"
-            "JrnlNewGlo=0\nEnableCaching=1\nSetZEOF=0\nNodeNameInPid=0\nOldZU5=0\nDefLoginNSP=USER\n"
-            "ShutDownLogErrors=0\nTruncateOverflow=0\nLogRollback=0\n");
+  EXPECT_EQ(
+      section(converted("3.14", "[Miscellaneous]\nRelCommit=1\nMNetSets\n[Startup]\n"), "[Miscellaneous]"),
+      "[Miscellaneous]\nRelCommit=1\nMNetSets\nJournalHalt=0\nNetErrToLog=0\nNetErrToOpr=0\nDisconnectErr=0\n"
+      "ReliableJob=1\nDdpSec=0\nNetNullSubs=0\nViewPastData=0\nNamespacePrompt=1\nNetHardening=1\nBroadcastHard=0\n"
+      "PopError=0\nDropRemLocks=0\nZDateNull=0\nJournalZGlob=1\nAsynchError=1\nNWDSRetry=0\nNoNspNotify=0\n"
+      "JrnlNewGlo=0\nEnableCaching=1\nSetZEOF=0\nNodeNameInPid=0\nOldZU5=0\nDefLoginNSP=USER\n"
+      "ShutDownLogErrors=0\nTruncateOverflow=0\nLogRollback=0\n");
 }
 
 TEST_F(Step314, MovesNetworkHardening) {
@@ -205,14 +206,17 @@ TEST_F(Step321, CountsTwoWithoutAnyPort) {
 }
 
 TEST_F(Step33, SplitsTheBigBufferSize) {
-  EXPECT_EQ(converted("3.3", "[config]\nbbsiz=256\n[Shadowing]\n"), "[config]\nbbsiz=128,256\n[Shadowing]\nKeepCliProp=0\n");
-  EXPECT_EQ(converted("3.3", "[config]\nbbsiz=64\n[Shadowing]\n"), "[config]\nbbsiz=64,64\n[Shadowing]\nKeepCliProp=0\n");
+  EXPECT_EQ(converted("3.3", "[config]\nbbsiz=256\n[Shadowing]\n"),
+            "[config]\nbbsiz=128,256\n[Shadowing]\nKeepCliProp=0\n");
+  EXPECT_EQ(converted("3.3", "[config]\nbbsiz=64\n[Shadowing]\n"),
+            "[config]\nbbsiz=64,64\n[Shadowing]\nKeepCliProp=0\n");
   EXPECT_EQ(converted("3.3", "[config]\nbbsiz=128,5\n[Shadowing]\n"),
             "[config]\nbbsiz=128,128\n[Shadowing]\nKeepCliProp=0\n");
 }
 
 TEST_F(Step33, Takes0ForABigBufferSizeWithoutNumber) {
-  EXPECT_EQ(converted("3.3", "[config]\nbbsiz=auto\n[Shadowing]\n"), "[config]\nbbsiz=0,0\n[Shadowing]\nKeepCliProp=0\n");
+  EXPECT_EQ(converted("3.3", "[config]\nbbsiz=auto\n[Shadowing]\n"),
+            "[config]\nbbsiz=0,0\n[Shadowing]\nKeepCliProp=0\n");
 }
 
 TEST_F(Step33, AppendsKeepCliPropAlsoWithoutBigBufferSize) {

@@ -10,7 +10,8 @@ class Step42 : public StoreTest {};
 
 /// What step "4.0" makes of "[Language]" and "[config]".
 std::string step40(const std::string& lines) {
-  const std::string appended = "[SQL]\nreferentialChecks=0\nddlNo311=0\n[SqlSysDatatypes]\nLONG BINARY=BStream%String\n";
+  const std::string appended =
+      "[SQL]\nreferentialChecks=0\nddlNo311=0\n[SqlSysDatatypes]\nLONG BINARY=BStream%String\n";
   const std::string result = converted("4.0", "[SQL]\n[SqlSysDatatypes]\n" + lines);
   EXPECT_EQ(result.substr(0, appended.size()), appended);
   return result.substr(appended.size());

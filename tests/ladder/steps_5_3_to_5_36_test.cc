@@ -21,7 +21,8 @@ std::string summaryof(const std::string& sections) {
 }
 
 TEST_F(Step53, CountsEntriesAsNodesAndDistinctPairsAsConnections) {
-  EXPECT_EQ(summaryof("[Data Servers]\nNetIsUDP_1=alpha,7\nNetIsUDP_2=alpha,7\nNetIsEther_1=beta,7\n"), "8,2,1012,0,0,0");
+  EXPECT_EQ(summaryof("[Data Servers]\nNetIsUDP_1=alpha,7\nNetIsUDP_2=alpha,7\nNetIsEther_1=beta,7\n"),
+            "8,2,1012,0,0,0");
 }
 
 TEST_F(Step53, KeepsThePairsOfBothSeriesApart) {

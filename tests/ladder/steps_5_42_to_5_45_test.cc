@@ -16,9 +16,10 @@ TEST_F(Step542, SetsTheDoubleTypesThatAreThere) {
 }
 
 TEST_F(Step542, CountsAtLeast64NodesAndTheServersAsPorts) {
-  EXPECT_EQ(converted("5.42",
-                      "[config]\nLegacyNetConn=0,2,1012,0,0,0\n[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxnode=10\nmaxdsmport=0\n"),
-            "[config]\nLegacyNetConn=64,2,1012,1,0,0\n[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxnode=10\nmaxdsmport=1\n");
+  EXPECT_EQ(
+      converted("5.42",
+                "[config]\nLegacyNetConn=0,2,1012,0,0,0\n[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxnode=10\nmaxdsmport=0\n"),
+      "[config]\nLegacyNetConn=64,2,1012,1,0,0\n[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxnode=10\nmaxdsmport=1\n");
 }
 
 TEST_F(Step542, KeepsAPortCountThatIsThere) {
@@ -42,8 +43,7 @@ TEST_F(Step542, SetsTheNetworksPortsAlsoWithoutASummary) {
             "[config]\n[DSM-DDP]\nNetIsDDP_1=a\nNetIsDDP_2=b\n[Net]\nmaxdsmport=2\n");
 }
 
-const std::string types =
-    "[SqlSysDatatypes]\nSMALLDATETIME=%Library.TimeStamp\nSYSNAME=%Library.String(MAXLEN=128)\n";
+const std::string types = "[SqlSysDatatypes]\nSMALLDATETIME=%Library.TimeStamp\nSYSNAME=%Library.String(MAXLEN=128)\n";
 
 /// "[config]" after step "5.43" for a platform of that family.
 std::string config(const std::string& family, const std::string& lines) {

@@ -1,0 +1,176 @@
+#include <csignal>
+
+#include "tests/support/program.h"
+
+namespace tolvane::test {
+
+namespace {
+
+const std::string platform = "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~";
+
+/// A file that only the last step changes.
+const std::string old = "[ConfigFile]\nVersion=5.44\n\n" + platform + "5.44\nrbufsiz=1\n";
+const std::string converted = "[ConfigFile]\nVersion=5.45\n\n" + platform + "5.45\n";
+
+class Update : public ProgramTest {
+ protected:
+  [[nodiscard]] Outcome update(std::string_view text) const {
+    write(folder / "a.qpx", text);
+    return run({"update", "a.qpx"});
+  }
+  void expectinvalid(std::string_view text) const {
+    EXPECT_EQ(update(text), (Outcome{0, "Invalid configuration file format\n"})) << text;
+    EXPECT_EQ(filesin(folder), (Files{
+                                   {"a.qpx", std::string(text)}
+    }));
+  }
+};
+
+TEST_F(Update, KeepsTheOldFileUnderItsVersion) {
+  EXPECT_EQ(update(old), (Outcome{1, ""}));
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {"a.qpx",     converted},
+                                 {"a.qpx_544", old      }
+  }));
+}
+
+TEST_F(Update, NamesTheBackupByLettersAndDigitsOnly) {
+  const std::string com = platform + "\n\n[Com]\nCom=OFF\n";
+  EXPECT_EQ(update("[ConfigFile]\nVersion=a-5.0.5 b\xe4/\n\n" + com), (Outcome{1, ""}));
+  EXPECT_TRUE(filesin(folder).contains("a.qpx_a505b"));
+  EXPECT_EQ(update("[ConfigFile]\nVersion\n\n" + com), (Outcome{1, ""}));
+  EXPECT_TRUE(filesin(folder).contains("a.qpx_"));
+  EXPECT_EQ(contents(folder / "a.qpx"), "[ConfigFile]\nVersion=5.45\n\n" + platform + "\n\n[Com]\n");
+}
+
+TEST_F(Update, LeavesACurrentFileUntouchedTheSecondTime) {
+  ASSERT_EQ(update(old), (Outcome{1, ""}));
+  const auto before = std::filesystem::last_write_time(folder / "a.qpx");
+  EXPECT_EQ(run({"update", "a.qpx"}), (Outcome{1, ""}));
+  EXPECT_EQ(std::filesystem::last_write_time(folder / "a.qpx"), before);
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {"a.qpx",     converted},
+                                 {"a.qpx_544", old      }
+  }));
+}
+
+TEST_F(Update, RewritesACurrentFileWithALegacyCommunicationEntry) {
+  const std::string current = converted + "\n[Com]\n";
+  EXPECT_EQ(update(current + "Com=OFF\n"), (Outcome{1, ""}));
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {"a.qpx",     current              },
+                                 {"a.qpx_545", current + "Com=OFF\n"}
+  }));
+}
+
+TEST_F(Update, RefusesAFileWithoutItsVersion) {
+  expectinvalid("");
+  expectinvalid(" \n\t\n");
+  expectinvalid("[Startup]\nVersion=5.0\n");
+  expectinvalid("[ConfigFile]\n");
+  expectinvalid("[ConfigFile]\nProduct=x\n[Startup]\nVersion=5.0\n");
+  expectinvalid("[ConfigFile]\nversion=5.0\nVersion =5.0\n");
+  expectinvalid("[ConfigFile] \nVersion=5.0\n");
+  expectinvalid("[ConfigFile]\n\n[ConfigFile]\nVersion=5.0\n");
+}
+
+TEST_F(Update, RefusesAnUnknownPlatformAfterTheSteps) {
+  const std::string text = "\n\n[ConfigFile]\nVersion=3.11\n[config]\noverview=Toaster~UNIX~3.11\n";
+  EXPECT_EQ(update(text), (Outcome{0, "Unknown platform: Toaster.\n"}));
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {"a.qpx", text}
+  }));
+}
+
+TEST_F(Update, WarnsAndConvertsAFileOfAnotherPlatform) {
+  EXPECT_EQ(update("[ConfigFile]\nVersion=5.44\n[config]\noverview=HP/UX~Unix\n"),
+            (Outcome{1, "\nWarning: Cannot upgrade from HP/UX to X86-64(Ubuntu Linux)!\nContact Tessvar.\n\n"}));
+  EXPECT_EQ(contents(folder / "a.qpx"), "[ConfigFile]\nVersion=5.45\n\n[config]\noverview=HP/UX~Unix~5.45\n");
+}
+
+TEST_F(Update, ReportsAMissingFile) {
+  EXPECT_EQ(run({"update", "a.qpx"}), (Outcome{0, "Cannot open file a.qpx for input.\n"}));
+  EXPECT_EQ(filesin(folder), Files{});
+}
+
+TEST_F(Update, ReportsAMissingFileOfAnyNameLength) {
+  const std::string name(600, 'n');
+  EXPECT_EQ(run({"update", name}), (Outcome{0, "Cannot open file " + name + " for input.\n"}));
+}
+
+TEST_F(Update, TakesAFolderForAnEmptyFile) {
+  EXPECT_EQ(run({"update", "."}), (Outcome{0, "Invalid configuration file format\n"}));
+}
+
+TEST_F(Update, ReportsATemporaryFileThatCannotBeWritten) {
+  std::filesystem::create_directory(folder / "a.qpx_tmp");
+  EXPECT_EQ(update(old), (Outcome{0, "Cannot open file a.qpx_tmp for output.\n"}));
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {"a.qpx",     old           },
+                                 {"a.qpx_tmp", "(not a file)"}
+  }));
+}
+
+TEST_F(Update, ReplacesAStaleTemporaryFileAndAnOlderBackup) {
+  write(folder / "a.qpx_tmp", std::string(10000, 's'));
+  write(folder / "a.qpx_544", "older\n");
+  EXPECT_EQ(update(old), (Outcome{1, ""}));
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {"a.qpx",     converted},
+                                 {"a.qpx_544", old      }
+  }));
+}
+
+TEST_F(Update, MovesASymbolicLinkToTheBackupName) {
+  write(folder / "target", old);
+  std::filesystem::create_symlink("target", folder / "a.qpx");
+  EXPECT_EQ(run({"update", "a.qpx"}), (Outcome{1, ""}));
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {"a.qpx",     converted},
+                                 {"a.qpx_544", old      },
+                                 {"target",    old      }
+  }));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "a.qpx_544"));
+  EXPECT_FALSE(std::filesystem::is_symlink(folder / "a.qpx"));
+}
+
+TEST_F(Update, AbortsForALineThatGrowsTooLongWithTheFileUntouched) {
+  // Field 3 of the platform record makes this one 512 characters long.
+  const std::string text =
+      "[ConfigFile]\nVersion=5.44\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~~" + std::string(472, 'x') + "\n";
+  EXPECT_EQ(update(text).status, -SIGABRT);
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {"a.qpx", text}
+  }));
+}
+
+TEST_F(Update, FillsALineToTheLastCharacter) {
+  const std::string tail(471, 'x');
+  EXPECT_EQ(update("[ConfigFile]\nVersion=5.44\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~~" + tail + "\n"),
+            (Outcome{1, ""}));
+  const std::string line = "overview=X86-64(Ubuntu Linux)~UNIX~5.45~" + tail;
+  ASSERT_EQ(line.size(), 511U);
+  EXPECT_EQ(contents(folder / "a.qpx"), "[ConfigFile]\nVersion=5.45\n\n[config]\n" + line + "\n");
+}
+
+TEST_F(Update, AbortsForAFileNameThatIsTooLongForItsTemporaryName) {
+  std::string name = "./";
+  while (name.size() < 508 - 10) name += "./";
+  name += std::string(508 - name.size(), 'n');
+  ASSERT_EQ(name.size(), 508U);
+  write(folder / name, old);
+  EXPECT_EQ(run({"update", name}).status, -SIGABRT);
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {std::filesystem::path(name).filename(), old}
+  }));
+}
+
+TEST_F(Update, KeepsCarriageReturns) {
+  const std::string text = "[ConfigFile]\nVersion=5.44\nA=1\r\n" + platform + "5.44\nB=2\r\n\r\n";
+  EXPECT_EQ(update(text), (Outcome{1, ""}));
+  EXPECT_EQ(contents(folder / "a.qpx"), "[ConfigFile]\nVersion=5.45\nA=1\r\n\n" + platform + "5.45\nB=2\r\n\r\n");
+}
+
+}  // namespace
+
+}  // namespace tolvane::test
