@@ -65,6 +65,7 @@ int main(int words, char** line) {
   } catch (const std::bad_alloc&) {
     return fatal("Insufficient memory");
   } catch (const tolvane::TextTooLong&) {
+    std::fflush(stdout);  // an abort would lose the warnings that were printed before it
     std::abort();
   }
 }

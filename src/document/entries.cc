@@ -112,7 +112,10 @@ const Text* editsection(std::string_view oldheader, std::string_view newheader) 
 void delsection(std::string_view section) {
   Line* const header = find(section);
   if (header == nullptr) return;
-  for (Line* line; (line = nextinsection(header)) != nullptr && !keyof(*line).empty();) discard(line);
+  while (Line* const line = nextinsection(header)) {
+    if (keyof(*line).empty()) break;  // kept: the section ends here, what follows joins the one before
+    discard(line);
+  }
   discard(header);
 }
 
@@ -142,7 +145,7 @@ void replaceinsection(std::string_view section, std::string_view oldtext, std::s
   const Line* const header = find(section);
   if (header == nullptr || newtext.find(oldtext) != std::string_view::npos) return;
   for (Line* line = nextinsection(header); line != nullptr; line = nextinsection(line)) {
-    // Kept: a duplicate is written with what becomes of the value of the first entry of its key.
+    // Kept: for a duplicate the value of the first entry of its key is searched, and there nothing is left to replace.
     Text value{valueof(*findbelow(header, keyof(*line)))};
     while (value.view().find(oldtext) != std::string_view::npos) {
       swapchars(value, oldtext, newtext, value);

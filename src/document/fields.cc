@@ -54,6 +54,7 @@ int numfields(std::string_view value, char separator) {
 }
 
 void replacefield(std::string_view value, int n, char separator, std::string_view text, Text& output) {
+  n = std::max(n, 1);
   const std::size_t begin = behind(n - 1, value, separator);
   Text result;
   if (begin == std::string_view::npos) {

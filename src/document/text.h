@@ -44,7 +44,8 @@ class Text {
   void append(std::string_view text) {
     const std::size_t length = this->length();
     if (text.size() > maximum - length) throw TextTooLong{};
-    std::memmove(&characters_[length], text.data(), text.size());
+    // An empty view may hold no pointer at all.
+    if (!text.empty()) std::memmove(&characters_[length], text.data(), text.size());
     characters_[length + text.size()] = '\0';
   }
   void append(char character) { append(std::string_view(&character, 1)); }
@@ -72,6 +73,7 @@ class Text {
   [[nodiscard]] std::string_view view() const { return characters_; }
   operator std::string_view() const { return view(); }  // NOLINT(google-explicit-constructor): a text is its characters
 
+  friend bool operator==(const Text& text, const Text& other) { return text.view() == other.view(); }
   friend bool operator==(const Text& text, std::string_view other) { return text.view() == other; }
 
  private:

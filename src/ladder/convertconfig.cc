@@ -8,6 +8,7 @@
 namespace tolvane {
 
 bool convertconfig(std::string_view version) {
+  // Kept: what the check changes in a file of an unknown version gets that file the current version, without a step.
   if (!versionolder(currentversion, version)) return check_platupg();
   climb(ladder, version);
   check_platupg();  // a platform that may not be taken over has drawn its warning; the file is converted all the same

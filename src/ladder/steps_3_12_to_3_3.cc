@@ -66,6 +66,7 @@ void normaliseplatform() {
   setplatformrecord(replacefield(newrecord, 1, '~', newplatformname(name, family)));
 }
 
+// Kept: the two differ in the order of the blank and the tilde.
 constexpr std::string_view trxfrom314 = R"( ~`@#$%^&*()_+-=[]\{}|;':",./<>?)";
 constexpr std::string_view trxfrom32 = R"(~ `@#$%^&*()_+-=[]\{}|;':",./<>?)";
 static_assert(trxfrom314.size() == 32 && trxfrom32.size() == 32);
@@ -192,7 +193,7 @@ void step321() {
 }
 
 void step33() {
-  const int size = numberin("[config]", "bbsiz");
+  const int size = numberin("[config]", "bbsiz");  // kept: an entry without a number becomes "0,0"
   editentry("[config]", "bbsiz", Text(std::min(size, 128), ',', size));
   saveentry("[Shadowing]", "KeepCliProp", "0");
 }

@@ -20,7 +20,8 @@ Text uppercase(std::string_view text) {
   return upper;
 }
 
-/// Drops the directory and the log file that the server now finds by itself.
+/// Drops the directory and the log file that the server now finds by itself. Kept: a log that is only the directory
+/// leaves an empty field.
 void dropdefaultpaths() {
   if (uppercase(getvalue("[config]", "wijdir")) == "VELMSYS:") editentry("[config]", "wijdir", "");
   const Text console = getvalue("[config]", "console");
@@ -30,7 +31,7 @@ void dropdefaultpaths() {
   }
 }
 
-/// From a number of 2 KB global buffers to megabytes, at least one.
+/// From a number of 2 KB global buffers to megabytes, where 0 becomes 1.
 void sizeglobals() {
   Text value;
   if (!getvalue("[config]", "globals", value)) {

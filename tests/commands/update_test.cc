@@ -144,6 +144,12 @@ TEST_F(Update, AbortsForALineThatGrowsTooLongWithTheFileUntouched) {
   }));
 }
 
+TEST_F(Update, ShowsItsWarningsBeforeItAborts) {
+  EXPECT_EQ(update("[ConfigFile]\nVersion=3.12\n[config]\noverview=HP~Unix~3.12\n[Miscellaneous]\nRelCommit=" +
+                   std::string(501, 'x') + "\n"),
+            (Outcome{-SIGABRT, "Unknown o/s type Unix\n"}));
+}
+
 TEST_F(Update, FillsALineToTheLastCharacter) {
   const std::string tail(471, 'x');
   EXPECT_EQ(update("[ConfigFile]\nVersion=5.44\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~~" + tail + "\n"),

@@ -235,10 +235,10 @@ TEST_F(Entries, ReplaceinsectionSearchesAgainFromTheBeginning) {
   EXPECT_EQ(lines(), "[N]\nx=\n");
 }
 
-TEST_F(Entries, ReplaceinsectionWritesADuplicateWithTheFirstValue) {
-  given("[N]\nk=a\nk=b\n");
+TEST_F(Entries, ReplaceinsectionChangesTheFirstOfDuplicatesOnly) {
+  given("[N]\nk=a\nk=xa\n");
   replaceinsection("[N]", "a", "c");
-  EXPECT_EQ(lines(), "[N]\nk=c\nk=b\n") << "the first value holds no \"a\" any more when the second line is visited";
+  EXPECT_EQ(lines(), "[N]\nk=c\nk=xa\n") << "the first value holds no \"a\" any more when the second line is visited";
   given("[N]\nk=b\nk=a\n");
   replaceinsection("[N]", "a", "c");
   EXPECT_EQ(lines(), "[N]\nk=b\nk=a\n");

@@ -74,6 +74,7 @@ TEST_F(Fields, ReplacefieldPutsTheTextInPlace) {
   EXPECT_EQ(replacefield("a", 4, ',', "X"), "a,,,X");
   EXPECT_EQ(replacefield("a,b,c", 3, ',', ""), "a,b,");
   EXPECT_EQ(replacefield("a,b", 0, ',', "X"), "X,b");
+  EXPECT_EQ(replacefield("a,b", std::numeric_limits<int>::min(), ',', "X"), "X,b");
   EXPECT_EQ(replacefield("", 1, ',', "X"), "X");
   EXPECT_EQ(replacefield("", 2, ',', "X"), ",X");
 }

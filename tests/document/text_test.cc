@@ -35,6 +35,13 @@ TEST(Text, IsComposedFromItself) {
   EXPECT_EQ(text, "c=b=cc=b=c");
 }
 
+TEST(Text, TakesAnEmptyViewWithoutAPointer) {
+  Text text{"a"};
+  text.append(std::string_view{});
+  EXPECT_EQ(text, "a");
+  EXPECT_EQ(Text(std::string_view{}), "");
+}
+
 TEST(Text, CopiesAndAssignsItself) {
   Text text{"a"};
   const Text copy = text;
