@@ -69,10 +69,10 @@ void step53() {
   int nodes = entries == 0 ? 0 : entries + 5;
   if (countddp() != 0) nodes = int32(std::int64_t{nodes} + ddpnodes());
   const int connections = udp.distinct + ethernet.distinct + (hasddphost() ? 1 : 0);
-  editentry("[config]", "LegacyNetConn",
-            Text(nodes, ',', connections, ',', std::int64_t{connections} * 506, ',',  //
-                 numberin("[Net]", "maxdsmport"), ',', numberin("[Net]", "maxdsmhostperport"), ',',
-                 numberin("[Net]", "maxdsmjobsperconn")));
+  const std::int64_t third = std::int64_t{connections} * 506;
+  const Text limits{numberin("[Net]", "maxdsmport"), ',', numberin("[Net]", "maxdsmhostperport"), ',',
+                    numberin("[Net]", "maxdsmjobsperconn")};
+  editentry("[config]", "LegacyNetConn", Text(nodes, ',', connections, ',', third, ',', limits));
   keepentry("[Cluster]", "ClusterCommAddr", "");
 }
 

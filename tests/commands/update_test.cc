@@ -171,6 +171,19 @@ TEST_F(Update, AbortsForAFileNameThatIsTooLongForItsTemporaryName) {
   }));
 }
 
+TEST_F(Update, ReportsThatMemoryIsInsufficient) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer takes more address space than the limit leaves";
+#endif
+  std::string text = old;
+  for (int n = 0; n < 100000; ++n) text += "k\n";
+  write(folder / "a.qpx", text);
+  EXPECT_EQ(runwithin(30000, {"update", "a.qpx"}), (Outcome{0, "Insufficient memory\n"}));
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {"a.qpx", text}
+  }));
+}
+
 TEST_F(Update, KeepsCarriageReturns) {
   const std::string text = "[ConfigFile]\nVersion=5.44\nA=1\r\n" + platform + "5.44\nB=2\r\n\r\n";
   EXPECT_EQ(update(text), (Outcome{1, ""}));

@@ -249,6 +249,7 @@ TEST_F(Entries, ReplaceinsectionRefusesWhatWouldNeverEnd) {
   replaceinsection("[N]", "a", "aa");
   replaceinsection("[N]", "", "x");
   replaceinsection("[N]", "a", "a");
+  replaceinsection("[Missing]", "a", "b");
   EXPECT_EQ(lines(), "[N]\nk=ab\n");
 }
 

@@ -102,6 +102,18 @@ TEST_F(LineStore, ReportsAFullDisk) {
   }
 }
 
+TEST_F(LineStore, ReportsADiskThatIsFullBeforeTheEnd) {
+  std::string text;
+  for (int n = 0; n < 1000; ++n) text += "[Section]\nkey=" + std::to_string(n) + "\n";
+  given(text);
+  EXPECT_THROW(save("/dev/full"), Fatal);
+}
+
+TEST_F(LineStore, ReportsAFileThatCannotBeReadToItsEnd) {
+  // The kernel opens this one and then refuses to read the page at address 0.
+  EXPECT_THROW(load("/proc/self/mem"), Fatal);
+}
+
 TEST_F(LineStore, OutputReplacesTheFileAndLeavesNoTemporaryOne) {
   write(path, "old\n");
   given("new\n");

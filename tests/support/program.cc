@@ -5,11 +5,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <fstream>
 #include <ostream>
 #include <sstream>
 #include <system_error>
+#include <utility>
 
 namespace tolvane::test {
 
@@ -17,12 +17,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Runs the program with standard output in the given file.
-int statusof(const std::vector<std::string>& words, const fs::path& folder, const fs::path& printed) {
-  std::string program = TOLVANE_PROGRAM;
-  std::vector<std::string> copies = words;
-  std::vector<char*> arguments{program.data()};
-  for (std::string& word : copies) arguments.push_back(word.data());
+/// Runs a command line with standard output in the given file.
+int statusof(std::vector<std::string>& commandline, const fs::path& folder, const fs::path& printed) {
+  std::vector<char*> arguments;
+  for (std::string& word : commandline) arguments.push_back(word.data());
   arguments.push_back(nullptr);
 
   posix_spawn_file_actions_t actions;
@@ -30,9 +28,9 @@ int statusof(const std::vector<std::string>& words, const fs::path& folder, cons
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, printed.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
   pid_t process = 0;
-  const int error = posix_spawn(&process, TOLVANE_PROGRAM, &actions, nullptr, arguments.data(), environ);
+  const int error = posix_spawn(&process, arguments[0], &actions, nullptr, arguments.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
-  if (error != 0) throw std::system_error(error, std::generic_category(), TOLVANE_PROGRAM);
+  if (error != 0) throw std::system_error(error, std::generic_category(), arguments[0]);
 
   int status = 0;
   if (waitpid(process, &status, 0) != process) throw std::system_error(errno, std::generic_category());
@@ -80,13 +78,26 @@ ProgramTest::~ProgramTest() {
   fs::remove_all(folder, ignored);
 }
 
-Outcome ProgramTest::run(const std::vector<std::string>& words) const {
+Outcome ProgramTest::spawn(std::vector<std::string> commandline) const {
   const fs::path printed = folder.string() + ".printed";
   Outcome outcome;
-  outcome.status = statusof(words, folder, printed);
+  outcome.status = statusof(commandline, folder, printed);
   outcome.printed = contents(printed);
   fs::remove(printed);
   return outcome;
+}
+
+Outcome ProgramTest::run(const std::vector<std::string>& words) const {
+  std::vector<std::string> commandline{TOLVANE_PROGRAM};
+  commandline.insert(commandline.end(), words.begin(), words.end());
+  return spawn(std::move(commandline));
+}
+
+Outcome ProgramTest::runwithin(int kilobytes, const std::vector<std::string>& words) const {
+  const std::string limit = "ulimit -v " + std::to_string(kilobytes) + "; exec \"$0\" \"$@\"";
+  std::vector<std::string> commandline{"/bin/sh", "-c", limit, TOLVANE_PROGRAM};
+  commandline.insert(commandline.end(), words.begin(), words.end());
+  return spawn(std::move(commandline));
 }
 
 }  // namespace tolvane::test

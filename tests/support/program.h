@@ -35,7 +35,13 @@ class ProgramTest : public testing::Test {
   /// Runs the program in the test's folder with the words behind its name.
   [[nodiscard]] Outcome run(const std::vector<std::string>& words) const;
 
+  /// The same, with that many kilobytes of address space at the most.
+  [[nodiscard]] Outcome runwithin(int kilobytes, const std::vector<std::string>& words) const;
+
   std::filesystem::path folder;
+
+ private:
+  [[nodiscard]] Outcome spawn(std::vector<std::string> commandline) const;
 };
 
 }  // namespace tolvane::test
