@@ -9,6 +9,7 @@
 #include "commands/setparameter.h"
 #include "commands/update.h"
 #include "document/ends.h"
+#include "legacy/merge.h"
 
 namespace {
 
@@ -18,6 +19,7 @@ using Arguments = const char* const*;
 int update(Arguments words) { return tolvane::update(words[0]); }
 int fdbms(Arguments words) { return tolvane::fdbms(words[0]); }
 int install(Arguments /*words*/) { return 1; }  // accepts its file and does nothing, on purpose
+int merge(Arguments words) { return tolvane::merge(words[0], words[1], words[2]); }
 int setparameter(Arguments words) { return tolvane::setparameter(words[0], words[1], words[2], words[3]); }
 
 /// A command: how many words its command line has, the program's name among them, and what runs it.
@@ -31,6 +33,7 @@ constexpr Command commands[] = {
     {3, "update",       update      },
     {3, "fdbms",        fdbms       },
     {3, "install",      install     },
+    {5, "merge",        merge       },
     {6, "setparameter", setparameter},
 };
 

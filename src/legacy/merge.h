@@ -1,0 +1,12 @@
+// The command `merge`: builds a configuration parameter file out of the two files of the legacy layout.
+#pragma once
+
+namespace tolvane {
+
+/// Converts and joins the legacy system and network configuration files and writes the result, in the current version,
+/// to the target, which is never read and of which no backup is kept. Returns the exit status 1. Fatal, with the target
+/// untouched, when a legacy file cannot be read or is not of its type, the platform is unknown, or the target cannot
+/// be written.
+int merge(const char* path, const char* systempath, const char* networkpath);
+
+}  // namespace tolvane
