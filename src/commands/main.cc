@@ -1,5 +1,6 @@
 // The program's entry: picks the command by the number of words and the command word, and turns the ends of a run into
-// output and exit status. A command that ran returns 1; the usage text and every fatal end return 0, on purpose.
+// output and exit status. A command that ran returns 1; the usage text and every fatal end return 0: kept. A text that
+// is too long ends the run by an abort.
 #include <cstdio>
 #include <cstdlib>
 #include <new>
@@ -18,7 +19,7 @@ using Arguments = const char* const*;
 
 int update(Arguments words) { return tolvane::update(words[0]); }
 int fdbms(Arguments words) { return tolvane::fdbms(words[0]); }
-int install(Arguments /*words*/) { return 1; }  // accepts its file and does nothing, on purpose
+int install(Arguments /*words*/) { return 1; }  // kept: accepts its file and does nothing
 int merge(Arguments words) { return tolvane::merge(words[0], words[1], words[2]); }
 int setparameter(Arguments words) { return tolvane::setparameter(words[0], words[1], words[2], words[3]); }
 

@@ -6,9 +6,9 @@ namespace tolvane {
 
 int setparameter(const char* path, const char* section, const char* key, const char* value) {
   load(path);
-  if (getvalue(section, key) == value) return 1;
+  if (getvalue(section, key) == value) return 1;  // kept: an empty value creates no entry
   putentry(section, key, value);
-  save(path);
+  save(path);  // kept: straight over the file, without a temporary one
   return 1;
 }
 

@@ -5,7 +5,8 @@ namespace tolvane {
 
 /// Converts the file in place and keeps the old one under its name, "_" and the letters and digits of its version.
 /// Returns the exit status 1, also when there was nothing to convert. Fatal, with the file untouched, when it cannot be
-/// read or written, does not record its version, or names an unknown platform.
+/// read or written, does not record its version, or names an unknown platform. A line or file name that would be longer
+/// than 511 characters throws TextTooLong, before any file is touched.
 int update(const char* path);
 
 }  // namespace tolvane

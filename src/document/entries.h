@@ -85,8 +85,9 @@ void renametag(std::string_view section, std::string_view key, std::string_view 
 void changeinsection(std::string_view section, int n, char separator, std::string_view text);
 
 /// Replaces every occurrence of a text in the value of every line of the section, searching again from the beginning
-/// after each replacement. Of duplicate keys only the first line changes, also when it does not hold the old text
-/// and a later one does. Nothing happens when the old text is empty or stands in the new one: that would never end.
+/// after each replacement. Of duplicate keys only the first line is searched and changed; a later one stays even
+/// when it holds the old text. Nothing happens when the old text is empty or stands in the new one: that would never
+/// end.
 void replaceinsection(std::string_view section, std::string_view oldtext, std::string_view newtext);
 
 /// Writes the source with the first occurrence of the old text replaced; an empty old text stands before the source.

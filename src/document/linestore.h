@@ -36,7 +36,8 @@ void save(const char* path);
 /// being untouched; failures to remove and rename are ignored. The names have at most 511 characters.
 void output(const char* path);
 
-/// The same, and keeps the old file under its name followed by "_" and the suffix, in place of an older backup.
+/// The same, and keeps the old file under its name followed by "_" and the suffix, in place of an older backup. The
+/// suffix "tmp" would name the temporary file itself: the old file then stays as it is.
 void backup(const char* path, std::string_view suffix);
 
 /// A new line that is not linked yet; its contents are undefined.

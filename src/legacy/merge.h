@@ -6,7 +6,8 @@ namespace tolvane {
 /// Converts and joins the legacy system and network configuration files and writes the result, in the current version,
 /// to the target, which is never read and of which no backup is kept. Returns the exit status 1. Fatal, with the target
 /// untouched, when a legacy file cannot be read or is not of its type, the platform is unknown, or the target cannot
-/// be written.
+/// be written. A line or file name that would be longer than 511 characters throws TextTooLong, before any file is
+/// touched.
 int merge(const char* path, const char* systempath, const char* networkpath);
 
 }  // namespace tolvane

@@ -43,6 +43,14 @@ TEST_F(Update, NamesTheBackupByLettersAndDigitsOnly) {
   EXPECT_EQ(contents(folder / "a.qpx"), "[ConfigFile]\nVersion=5.45\n\n" + platform + "\n\n[Com]\n");
 }
 
+TEST_F(Update, LosesItsWorkForAVersionThatNamesTheTemporaryFile) {
+  const std::string text = "[ConfigFile]\nVersion=t.mp\n\n" + platform + "\n\n[Com]\nCom=OFF\n";
+  EXPECT_EQ(update(text), (Outcome{1, ""}));
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {"a.qpx", text}
+  }));
+}
+
 TEST_F(Update, LeavesACurrentFileUntouchedTheSecondTime) {
   ASSERT_EQ(update(old), (Outcome{1, ""}));
   const auto before = std::filesystem::last_write_time(folder / "a.qpx");

@@ -51,7 +51,9 @@ StoreTest::StoreTest() { clear(); }
 
 StoreTest::~StoreTest() { clear(); }
 
-std::string converted(std::string_view version, std::string_view before) {
+std::string converted(std::string_view version, std::string_view before) { return converted(ladder, version, before); }
+
+std::string converted(std::span<const Step> ladder, std::string_view version, std::string_view before) {
   for (const Step& step : ladder) {
     if (step.version != version) continue;
     given(before);

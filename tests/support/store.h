@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <span>
 #include <string>
 #include <string_view>
+
+#include "ladder/climb.h"
 
 namespace tolvane::test {
 
@@ -24,5 +27,8 @@ class StoreTest : public testing::Test {
 /// The lines after the step of that version, as the ladder's table has it, was applied to the given lines. A version
 /// without a row in the table fails the test.
 std::string converted(std::string_view version, std::string_view before);
+
+/// The same for a step of another ladder.
+std::string converted(std::span<const Step> ladder, std::string_view version, std::string_view before);
 
 }  // namespace tolvane::test

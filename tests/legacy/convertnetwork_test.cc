@@ -1,0 +1,193 @@
+#include "legacy/convertnetwork.h"
+
+#include "document/ends.h"
+#include "tests/support/store.h"
+
+namespace tolvane::test {
+
+namespace {
+
+class Network204 : public StoreTest {};
+class Network30 : public StoreTest {};
+class Network311 : public StoreTest {};
+class Network312 : public StoreTest {};
+class NetworkLadder : public StoreTest {};
+
+std::string network(std::string_view version, std::string_view before) {
+  return converted(networkladder, version, before);
+}
+
+TEST_F(Network204, AppendsEthernetServersWithAnEmptySecondField) {
+  EXPECT_EQ(
+      network("2.04", "[Net]\nNetIsEther_1=a~b~c~d\nNetIsEther_2=a\nNetIsEther_4=x\n[B]\n"),
+      "[Net]\nNetIsEther_1=a~b~c~d\nNetIsEther_2=a\nNetIsEther_4=x\nNetIsEther_1=a~~b~c\nNetIsEther_2=a~~~\n[B]\n");
+  EXPECT_EQ(network("2.04", "[Net]\nNetIsEther_1\n"), "[Net]\nNetIsEther_1\nNetIsEther_1=~~~\n");
+  EXPECT_EQ(network("2.04", "[B]\n"), "[B]\n");
+}
+
+TEST_F(Network30, RenamesTheSystemDirectory) {
+  EXPECT_EQ(network("3.0",
+                    "[DataSets]\na=SYS$MSYS$C\n[Namespace]\nb=xSYS$C\n[NamespGloMap]\nc=SYS$M,SYS$M\n[NamespRouMap]\n"
+                    "SYS$M=sys$m\n[NamespSLM]\nd=SYS$M\n"),
+            "[DataSets]\na=VELMSYSVELMSYS\n[Namespace]\nb=xVELMSYS\n[NamespGloMap]\nc=VELMSYS,VELMSYS\n[NamespRouMap]\n"
+            "SYS$M=sys$m\n[NamespSLM]\nd=SYS$M\n");
+}
+
+TEST_F(Network311, DropsTwoDatabasesAndClosesTheGaps) {
+  EXPECT_EQ(network("3.11", "[DataSets]\nDataSet_1=COMMON,a\nDataSet_2=USER,b\nDataSet_3=UTILITY,c\n"),
+            "[DataSets]\nDataSet_1=USER,b\nDataSet_2=VELMLIB,velmlib,,0,P,0\n");
+}
+
+TEST_F(Network311, MovesRenumberedDatabasesToTheEnd) {
+  EXPECT_EQ(network("3.11", "[DataSets]\nDataSet_1=A\nDataSet_2=COMMON\nDataSet_3=B,x=y\nx=1\nDataSet_4\n[C]\n"),
+            "[DataSets]\nDataSet_1=A\nx=1\nDataSet_2=B,x=y\nDataSet_3=\nDataSet_4=VELMLIB,velmlib,,0,P,0\n[C]\n");
+}
+
+TEST_F(Network311, StopsAtTheFirstGapAndFillsIt) {
+  EXPECT_EQ(network("3.11", "[DataSets]\nDataSet_1=A\nDataSet_3=COMMON\n"),
+            "[DataSets]\nDataSet_1=A\nDataSet_3=COMMON\nDataSet_2=VELMLIB,velmlib,,0,P,0\n");
+  EXPECT_EQ(network("3.11", ""), "[DataSets]\nDataSet_1=VELMLIB,velmlib,,0,P,0\n");
+  EXPECT_EQ(network("3.11", "[DataSets]\nDataSet_1=Common\nDataSet_2=COMMONS\n"),
+            "[DataSets]\nDataSet_1=Common\nDataSet_2=COMMONS\nDataSet_3=VELMLIB,velmlib,,0,P,0\n");
+}
+
+TEST_F(Network311, GivesNamespacesTheLibrary) {
+  EXPECT_EQ(network("3.11", "[DataSets]\n[Namespace]\nNsp~1=a~b\nNsp~2=a~b~c~d~e~f~g\nother\n"),
+            "[DataSets]\nDataSet_1=VELMLIB,velmlib,,0,P,0\n[Namespace]\nNsp~1=a~b~~~~VELMLIB\n"
+            "Nsp~2=a~b~c~d~e~VELMLIB~g\nother=~~~~~VELMLIB\n");
+}
+
+TEST_F(Network311, RenamesALibraryThatWasThere) {
+  EXPECT_EQ(network("3.11", "[DataSets]\nDataSet_1=DRUVESQL,druvesql,druvesql\n[Namespace]\nNsp~1=DRUVESQL~x\n"),
+            "[DataSets]\nDataSet_1=VELMLIB,velmlib,velmlib\nDataSet_2=VELMLIB,velmlib,,0,P,0\n"
+            "[Namespace]\nNsp~1=VELMLIB~x~~~~VELMLIB\n");
+}
+
+const std::string temporary = "[Datasets]\nDataSet_1=VELMTEMP,velmtemp,,0,P,0,0\n";
+
+/// What step "3.12" leaves of lines before the database that it adds.
+std::string network312(const std::string& lines) {
+  const std::string result = network("3.12", lines);
+  const std::size_t begin = result.size() < temporary.size() ? 0 : result.size() - temporary.size();
+  EXPECT_EQ(result.substr(begin), temporary);
+  return result.substr(0, begin);
+}
+
+TEST_F(Network312, MovesTheServers) {
+  EXPECT_EQ(network312("[Net]\nNetIsEther_1=a~b~c~d~e~f\nNetIsUdp_1=a~b\nNetIsDDP_1=a~b\nDDPVolSet_1=a~b\n"
+                       "DDPVolumeAndUci_1=a~b\nDdpHost=h~i\nNetIsEther_2\n"),
+            "[Net]\n[Data Servers]\nNetIsEther_1=a,b,c,d,0,f\nNetIsEther_2=,,,,0\nNetIsUDP_1=a,b,,,,0\n"
+            "[DSM-DDP]\nNetIsDDP_1=a,b\nDDPVolSet_1=a~b\nDDPVolumeAndUci_1=a,b\nDdpHost=h~i\n");
+}
+
+TEST_F(Network312, PadsUdpServersToSixFields) {
+  EXPECT_EQ(network312("[Net]\nNetIsUdp_1=a~b\nNetIsUdp_3=c\nNetIsUDP_1=d\n"),
+            "[Net]\nNetIsUdp_3=c\nNetIsUDP_1=d\n[Data Servers]\nNetIsUDP_1=a,b,,,,0\n");
+}
+
+TEST_F(Network312, MovesTheFirstOfTwoServersOfANumber) {
+  EXPECT_EQ(network312("[Net]\nNetIsEther_1=a\nNetIsEther_1=b\n"),
+            "[Net]\nNetIsEther_1=b\n[Data Servers]\nNetIsEther_1=a,,,,0\n");
+}
+
+TEST_F(Network312, CutsDatabasesToFiveFields) {
+  EXPECT_EQ(network("3.12",
+                    "[DataSets]\nDataSet_1=a,b,c,d,e,f\nDataSet_2=a,b,c,d,e\nDataSet_3=a\nDataSet_4\n"
+                    "DataSet_5=a,b,c,d,e,\nDataSet_7=a,b,c,d,e,f\n"),
+            "[Datasets]\nDataSet_1=a,b,c,d,e\nDataSet_2=a,b,c,d,e\nDataSet_3=a\nDataSet_4\nDataSet_5=a,b,c,d,e\n"
+            "DataSet_7=a,b,c,d,e,f\nDataSet_6=VELMTEMP,velmtemp,,0,P,0,0\n");
+}
+
+TEST_F(Network312, MovesTheNamespaces) {
+  EXPECT_EQ(network("3.12", "[Datasets]\n[Namespace]\nNsp~1=a~b~c\nNsp~3=lost\nx=1\n"),
+            "[Datasets]\nDataSet_1=VELMTEMP,velmtemp,,0,P,0,0\n[Namespaces]\nNsp_1=a,b,c,,,,VELMTEMP\n");
+}
+
+TEST_F(Network312, LeavesNamespaceLinesFromAnEmptyKeyOn) {
+  EXPECT_EQ(network("3.12", "[Datasets]\n[A]\n[Namespace]\nNsp~1=a\ny=0\n=x\ny=1\n"),
+            "[Datasets]\nDataSet_1=VELMTEMP,velmtemp,,0,P,0,0\n[A]\n=x\ny=1\n[Namespaces]\nNsp_1=a,,,,,,VELMTEMP\n");
+}
+
+TEST_F(Network312, MovesGlobalMappings) {
+  EXPECT_EQ(
+      network312("[NamespGloMap]\nNspGloMap~USER~G=a~b~c~d~e~f~g\nNspGloMap~USER~H=a~b\nNspGloMap~A~G=a~b~c~d~e~\n"
+                 "NspGloMap~USER~I~more\n"),
+      "[NspMap.USER]\nGloMap_G=a,b,c,d,e,f~g\nGloMap_H=a,b\nGloMap_I=\n[NspMap.A]\nGloMap_G=a,b,c,d,e,\n");
+}
+
+TEST_F(Network312, DropsMappingsOfAnotherWord) {
+  EXPECT_EQ(
+      network312("[NamespGloMap]\nNspGlomap~A~G=a\nx=1\n[NamespSLM]\nNspGloMap~A~G~1=a\n[NamespRouMap]\n; note\n"), "");
+}
+
+TEST_F(Network312, TakesMissingPartsOfAMappingForEmpty) {
+  EXPECT_EQ(network312("[NamespGloMap]\nNspGloMap=a\nNspGloMap~B=b\n[NamespSLM]\nNspSLM~B~G=c\n"),
+            "[NspMap.]\nGloMap_=a\n[NspMap.B]\nGloMap_=b\nGloSLM_G_=c\n");
+}
+
+TEST_F(Network312, MovesSubscriptMappings) {
+  EXPECT_EQ(network312("[NamespSLM]\nNspSLM~USER~G~(1)=a~b~c~d~e\nNspSLM~USER~G~2=a~b~c\nNspSLM~USER~G~3~x=a~b~c~\n"),
+            "[NspMap.USER]\nGloSLM_G_(1)=a~b~c~d,e\nGloSLM_G_2=a~b~c\nGloSLM_G_3=a~b~c~\n");
+}
+
+TEST_F(Network312, MovesRoutineMappings) {
+  EXPECT_EQ(network312("[NamespRouMap]\nNspRouMap~USER~R*=a~b~~c\nNspRouMap~USER~S\n"),
+            "[NspMap.USER]\nRouMap_R*=a,b,,c\nRouMap_S=\n");
+}
+
+TEST_F(Network312, CollectsTheMappingsOfANamespaceInOneSection) {
+  EXPECT_EQ(network312("[NamespGloMap]\nNspGloMap~B~G=1\nNspGloMap~A~G=2\nNspGloMap~B~H=3\n[NamespRouMap]\n"
+                       "NspRouMap~A~R=4\n"),
+            "[NspMap.B]\nGloMap_G=1\nGloMap_H=3\n[NspMap.A]\nGloMap_G=2\nRouMap_R=4\n");
+}
+
+TEST_F(Network312, LeavesMappingLinesFromAnEmptyKeyOn) {
+  EXPECT_EQ(network312("[A]\n[NamespGloMap]\nNspGloMap~B~G=1\n=x\nNspGloMap~B~H=2\n"),
+            "[A]\n=x\nNspGloMap~B~H=2\n[NspMap.B]\nGloMap_G=1\n");
+  EXPECT_EQ(network312("[A]\n[NamespGloMap]\n[NamespSLM]\n[NamespRouMap]\n"), "[A]\n");
+}
+
+TEST_F(Network312, RenamesTheClientsSystemName) {
+  EXPECT_EQ(network312("[Net]\nthisco=here\nx=1\n"), "[Net]\nx=1\nCliSysName=here\n");
+}
+
+TEST_F(Network312, EndsForAServerThatPaddingMakesTooLong) {
+  given("[Net]\nNetIsUdp_1=" + std::string(494, 'a') + "\n");
+  EXPECT_NO_THROW(convertnetwork("3.11")) << "511 characters";
+  given("[Net]\nNetIsUdp_1=" + std::string(495, 'a') + "\n");
+  EXPECT_THROW(convertnetwork("3.11"), TextTooLong);
+}
+
+TEST_F(NetworkLadder, RunsThreeStepsFor204) {
+  given("[Net]\nNetIsEther_1=a~b~c\n[DataSets]\n[Namespace]\n");
+  convertnetwork("2.04");
+  EXPECT_EQ(lines(),
+            "[Net]\n[Datasets]\nDataSet_1=VELMLIB,velmlib,,0,P\nDataSet_2=VELMTEMP,velmtemp,,0,P,0,0\n"
+            "[Data Servers]\nNetIsEther_1=a,b,c,,0\n");
+}
+
+TEST_F(NetworkLadder, RunsAllStepsFor203AndLeavesTheSecondEthernetServer) {
+  given("[Net]\nNetIsEther_1=a~b~c\n[DataSets]\n[Namespace]\n");
+  convertnetwork("2.03");
+  EXPECT_EQ(lines(),
+            "[Net]\nNetIsEther_1=a~~b~c\n[Datasets]\nDataSet_1=VELMLIB,velmlib,,0,P\n"
+            "DataSet_2=VELMTEMP,velmtemp,,0,P,0,0\n[Data Servers]\nNetIsEther_1=a,b,c,,0\n");
+}
+
+TEST_F(NetworkLadder, ChangesNothingForLaterAndUnknownVersions) {
+  for (const char* version : {"3.12", "5.45", "", "3.05", "2.04\t"}) {
+    given("[Net]\nNetIsEther_1=a\n[DataSets]\n");
+    convertnetwork(version);
+    EXPECT_EQ(lines(), "[Net]\nNetIsEther_1=a\n[DataSets]\n") << version;
+  }
+}
+
+TEST_F(NetworkLadder, HasFourSteps) {
+  const std::string_view versions[] = {"2.04", "3.0", "3.11", "3.12"};
+  ASSERT_EQ(networkladder.size(), std::size(versions));
+  for (std::size_t n = 0; n < std::size(versions); ++n) EXPECT_EQ(networkladder[n].version, versions[n]);
+}
+
+}  // namespace
+
+}  // namespace tolvane::test
