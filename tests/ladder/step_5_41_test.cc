@@ -9,11 +9,7 @@ class Step541 : public StoreTest {};
 const std::string defaults = "[Journal]\nJournalHalt=0\nNewDatabaseDefault=1\nJournalPurge=,2\nTransNumKillJrn=1000\n";
 
 /// What the step makes of lines without journal settings.
-std::string step541(const std::string& lines) {
-  const std::string result = converted("5.41", "[Journal]\n" + lines);
-  EXPECT_EQ(result.substr(0, defaults.size()), defaults);
-  return result.substr(defaults.size());
-}
+std::string step541(const std::string& lines) { return behind(defaults, converted("5.41", "[Journal]\n" + lines)); }
 
 TEST_F(Step541, WritesTheJournalDefaults) {
   EXPECT_EQ(converted("5.41", "[Miscellaneous]\n[Startup]\n"), "[Miscellaneous]\n[Startup]\n" + defaults);
@@ -75,9 +71,7 @@ TEST_F(Step541, SetsTheNetworksPortsAlsoWithoutASummary) {
 /// What is left of the mapping section of a namespace "USER".
 std::string mappings(const std::string& lines) {
   const std::string head = "[Namespaces]\nNsp_1=USER,x\n";
-  const std::string result = step541(head + "[NspMap.USER]\n" + lines);
-  EXPECT_EQ(result.substr(0, head.size()), head);
-  return result.substr(head.size());
+  return behind(head, step541(head + "[NspMap.USER]\n" + lines));
 }
 
 TEST_F(Step541, DropsMappingsWithTheirSubscriptMappingsAndClosesTheGaps) {

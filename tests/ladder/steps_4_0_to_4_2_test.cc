@@ -12,9 +12,7 @@ class Step42 : public StoreTest {};
 std::string step40(const std::string& lines) {
   const std::string appended =
       "[SQL]\nreferentialChecks=0\nddlNo311=0\n[SqlSysDatatypes]\nLONG BINARY=BStream%String\n";
-  const std::string result = converted("4.0", "[SQL]\n[SqlSysDatatypes]\n" + lines);
-  EXPECT_EQ(result.substr(0, appended.size()), appended);
-  return result.substr(appended.size());
+  return behind(appended, converted("4.0", "[SQL]\n[SqlSysDatatypes]\n" + lines));
 }
 
 TEST_F(Step40, KeepsAZaModeThatIsThere) {
@@ -50,9 +48,7 @@ const std::string applications =
 /// What a step makes of "[config]", given behind the web applications.
 std::string config(std::string_view version, const std::string& lines) {
   const std::string head = applications + "[config]\n";
-  const std::string result = converted(version, head + lines);
-  EXPECT_EQ(result.substr(0, head.size()), head);
-  return result.substr(head.size());
+  return behind(head, converted(version, head + lines));
 }
 
 std::string globals(const std::string& size) {
@@ -163,9 +159,7 @@ TEST_F(Step41, FixesSamplesAndWebApplications) {
 std::string step42(const std::string& lines, const std::string& datasets = "") {
   const std::string head =
       applications + "[Datasets]\nDataSet_1=VELMLIB,velmlib,,0,P,0,1\n" + datasets + "[Miscellaneous]\n";
-  const std::string result = converted("4.2", head + lines);
-  EXPECT_EQ(result.substr(0, head.size()), head);
-  return result.substr(head.size());
+  return behind(head, converted("4.2", head + lines));
 }
 
 TEST_F(Step42, AddsNoDataTypes) { EXPECT_EQ(step42("[A]\n"), "[A]\n"); }

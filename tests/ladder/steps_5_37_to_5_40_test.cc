@@ -11,9 +11,7 @@ class Step540 : public StoreTest {};
 /// "[config]" after step "5.37", the console log given.
 std::string config(const std::string& lines) {
   const std::string head = "[Startup]\nmaxconsolelogsize=1\n[config]\n";
-  const std::string result = converted("5.37", "[Startup]\nmaxconsolelogsize=1048576\n[config]\n" + lines);
-  EXPECT_EQ(result.substr(0, head.size()), head);
-  return result.substr(head.size());
+  return behind(head, converted("5.37", "[Startup]\nmaxconsolelogsize=1048576\n[config]\n" + lines));
 }
 
 TEST_F(Step537, CountsRoutineBuffersInKilobytes) {

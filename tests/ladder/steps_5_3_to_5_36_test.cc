@@ -89,9 +89,7 @@ TEST_F(Step534, FixesTheWebApplications) {
 /// "[config]" after a step; "[Startup]" is given so that it stands first.
 std::string step535(const std::string& lines) {
   const std::string head = "[Startup]\nWebServer=ON,8972\n[config]\n";
-  const std::string result = converted("5.35", "[Startup]\n[config]\n" + lines);
-  EXPECT_EQ(result.substr(0, head.size()), head);
-  return result.substr(head.size());
+  return behind(head, converted("5.35", "[Startup]\n[config]\n" + lines));
 }
 
 TEST_F(Step535, AddsAWebServerBesideAnExistingOne) {
@@ -122,9 +120,7 @@ TEST_F(Step535, TakesResidentMemorysSecondFieldIfItHasOne) {
 /// "[config]" after step "5.36", but for the heap.
 std::string locktable(const std::string& lines) {
   const std::string head = "[config]\nimplheap=131072\n";
-  const std::string result = converted("5.36", "[config]\nimplheap=,131072\n" + lines);
-  EXPECT_EQ(result.substr(0, head.size()), head);
-  return result.substr(head.size());
+  return behind(head, converted("5.36", "[config]\nimplheap=,131072\n" + lines));
 }
 
 TEST_F(Step536, TakesTheHeapsSecondFieldWhetherItHasOneOrNot) {

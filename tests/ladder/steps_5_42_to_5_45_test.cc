@@ -48,9 +48,7 @@ const std::string types = "[SqlSysDatatypes]\nSMALLDATETIME=%Library.TimeStamp\n
 /// "[config]" after step "5.43" for a platform of that family.
 std::string config(const std::string& family, const std::string& lines) {
   const std::string head = types + "[config]\noverview=A~" + family + "\n";
-  const std::string result = converted("5.43", "[SqlSysDatatypes]\n[config]\noverview=A~" + family + "\n" + lines);
-  EXPECT_EQ(result.substr(0, head.size()), head);
-  return result.substr(head.size());
+  return behind(head, converted("5.43", "[SqlSysDatatypes]\n[config]\noverview=A~" + family + "\n" + lines));
 }
 
 TEST_F(Step543, SetsOrAddsTwoDataTypes) {

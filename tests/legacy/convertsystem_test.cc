@@ -121,9 +121,7 @@ TEST_F(System311, SetsThePriorityOnWindows) {
 /// What step "3.12" leaves of lines behind what it appends.
 std::string system312(const std::string& lines) {
   const std::string head = "[Startup]\nmaxconsolelogsize=100000\nDefaultPort=1972\n";
-  const std::string result = system("3.12", "[Startup]\n" + lines);
-  EXPECT_EQ(result.substr(0, head.size()), head);
-  return result.substr(head.size());
+  return behind(head, system("3.12", "[Startup]\n" + lines));
 }
 
 TEST_F(System312, SizesTerminalMemoryByTheProcesses) {

@@ -1,5 +1,6 @@
 #include "tests/support/store.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "document/fields.h"
@@ -45,6 +46,11 @@ std::string lines() {
   }
   EXPECT_EQ(last, previous) << "the tail is not the last line";
   return result;
+}
+
+std::string behind(std::string_view head, const std::string& lines) {
+  EXPECT_EQ(lines.substr(0, head.size()), head);
+  return lines.substr(std::min(head.size(), lines.size()));
 }
 
 StoreTest::StoreTest() { clear(); }

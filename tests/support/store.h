@@ -17,6 +17,9 @@ void given(std::string_view lines);
 /// The store as lines, each ended by a newline; fails the test when its links do not hold together.
 std::string lines();
 
+/// What stands behind the head in the lines; lines that do not begin with it fail the test.
+std::string behind(std::string_view head, const std::string& lines);
+
 /// Gives every test an empty store and empty pair lists, and frees what it leaves.
 class StoreTest : public testing::Test {
  protected:
