@@ -44,24 +44,24 @@ bool addstandard(bool refresh) {
   return changed;
 }
 
-/// Repairs one application; each repair sees what the one before has done.
+/// Repairs one application. Each repair writes the line, and sees what the one before has written.
 bool repair(Line& line) {
-  Text value{valueof(line)};
   bool changed = false;
-  if (const Text field14 = getfield(value, 14, ','); field14 == "0" || field14 == "1") {
+  if (const Text field14 = getfield(valueof(line), 14, ','); field14 == "0" || field14 == "1") {
+    Text value{valueof(line)};
     setfield(value, 14, ',', "");
     setfield(value, 15, ',', "0");
+    rewrite(line, keyof(line), value);
     changed = true;
   }
-  if (getfield(value, 16, ',').empty()) {
-    setfield(value, 16, ',', "1");
+  if (getfield(valueof(line), 16, ',').empty()) {
+    rewrite(line, keyof(line), replacefield(valueof(line), 16, ',', "1"));
     changed = true;
   }
-  if (getfield(value, 19, ',') != "1") {
-    setfield(value, 19, ',', "0");
+  if (getfield(valueof(line), 19, ',') != "1") {
+    rewrite(line, keyof(line), replacefield(valueof(line), 19, ',', "0"));
     changed = true;  // kept: also when it was "0" already
   }
-  if (changed) rewrite(line, keyof(line), value);
   return changed;
 }
 
@@ -84,7 +84,8 @@ bool deletefirst(std::string_view path, int count) {
   return false;
 }
 
-/// Closes the gaps among the applications 1 to `count`; those that get another number move to the end of the section.
+/// Closes the gaps among the applications 1 to `count`; those that get another number move to the end of the section,
+/// or into the line of that number where a duplicate has left one.
 bool renumber(int count) {
   const Line* const header = find(section);
   bool changed = false;

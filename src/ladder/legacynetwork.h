@@ -28,7 +28,7 @@ inline int ddpnodes() {
   return nodes > 64 ? nodes : 64;
 }
 
-/// True when field n of the summary is empty or 0: it was never counted.
+/// True when field n of the summary is empty or its number is 0: it was never counted.
 inline bool uncounted(const Text& summary, int n) { return number(getfield(summary, n, ',')) == 0; }
 
 }  // namespace tolvane

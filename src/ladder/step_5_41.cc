@@ -11,12 +11,13 @@ namespace tolvane {
 
 namespace {
 
-/// The journal's purge rule. Kept: a missing one becomes ",2", an unusable one "100".
+/// The journal's purge rule. Kept: a missing one becomes ",2"; one that is empty, begins with 0 or is above 100 becomes
+/// "100", and any other text stays.
 Text takejournalpurge() {
   Text purge;
   if (!takeentry("[Startup]", "JournalPurge", purge)) return Text(",2");
-  const bool usable = !purge.empty() && purge.first() != '0' && number(purge) <= 100;
-  return usable ? purge : Text("100");
+  const bool stays = !purge.empty() && purge.first() != '0' && number(purge) <= 100;
+  return stays ? purge : Text("100");
 }
 
 void gatherjournalsettings() {
@@ -32,7 +33,7 @@ void repairportcount() {
   if (!uncounted(summary, 4) || ports == 0) return;
   setfield(summary, 4, ',', Text(ports));
   editentry("[config]", "LegacyNetConn", summary);
-  editentry("[Net]", "maxdsmport", Text(ports));
+  editentry("[Net]", "maxdsmport", Text(ports));  // kept: also when there is no summary
 }
 
 bool dropped(std::string_view global) {

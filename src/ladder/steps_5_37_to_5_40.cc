@@ -9,7 +9,7 @@ namespace tolvane {
 
 namespace {
 
-/// From a number of routine buffers to kilobytes of "rbufsiz" bytes each, 32 when that says nothing.
+/// From a number of routine buffers to what they take: times "rbufsiz", 32 when that says nothing, by 1024.
 void sizeroutines() {
   Text routines;
   if (!getvalue("[config]", "routines", routines)) {

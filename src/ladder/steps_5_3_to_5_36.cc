@@ -37,7 +37,7 @@ void setheap(const Text& value, int n) {
 
 constexpr int locktableminimum = 1179648;
 
-/// Gives the heap what the lock table grows by, in whole kilobytes.
+/// Gives the heap what the lock table grows by, divided by 1024. Kept: a missing heap becomes 3200 whatever that is.
 void growheap(int locks) {
   Text heap;
   if (!getvalue("[config]", "gmheap", heap)) {
@@ -48,6 +48,7 @@ void growheap(int locks) {
   editentry("[config]", "gmheap", Text(int32(std::int64_t{number(heap)} + shortfall)));
 }
 
+/// Kept: a missing lock table moves nothing into the heap, and a large one does not even add the heap.
 void raiselocktable() {
   Text locks;
   if (!getvalue("[config]", "locksiz", locks)) {

@@ -18,13 +18,13 @@ void repairnodecount() {
   setfield(summary, 1, ',', Text(ddpnodes()));
   if (uncounted(summary, 4)) {
     setfield(summary, 4, ',', Text(ports));
-    editentry("[Net]", "maxdsmport", Text(ports));
+    editentry("[Net]", "maxdsmport", Text(ports));  // kept: also when there is no summary
   }
   editentry("[config]", "LegacyNetConn", summary);
 }
 
-/// Raises the size of a routine buffer to 32, in field 2 where that differs from field 1. Returns the old size, or 32
-/// when there was none.
+/// Raises the size of a routine buffer to 32, in field 2 where there is one that differs from field 1. Returns the old
+/// size, or 32 when there was none.
 int raisebuffersize() {
   Text value;
   if (!getvalue("[config]", "rbufsiz", value)) {
@@ -40,7 +40,8 @@ int raisebuffersize() {
   return size;
 }
 
-/// Scales the routine buffers from a smaller size to 32; adds them when they are missing.
+/// Scales the routine buffers from a smaller size to 32; adds them when they are missing. Kept: from a size of 0 they
+/// are not scaled, and none of them count as one.
 void scaleroutines(int oldsize) {
   Text value;
   if (!getvalue("[config]", "routines", value)) {
@@ -77,7 +78,7 @@ void step544() {
 
 void step545() {
   delentry("[Language]", "PhysicalCursor");
-  delentry("[config]", "rbufsiz");
+  delentry("[config]", "rbufsiz");  // kept: step "5.43" may just have set it
 }
 
 }  // namespace tolvane

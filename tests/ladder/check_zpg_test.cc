@@ -1,5 +1,6 @@
 #include "ladder/check_zpg.h"
 
+#include "document/ends.h"
 #include "tests/support/store.h"
 
 namespace tolvane::test {
@@ -66,6 +67,17 @@ TEST_F(WebApplications, WithAnythingBut1InField19Get0) {
   const std::string start = "ZPGApp_9=/a,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,";
   EXPECT_EQ(fixed(start + "1 \n"), start + "0\n");
   EXPECT_EQ(fixed(start + "0,20\n"), start + "0,20\n") << "counts as a change although it was 0 already";
+}
+
+TEST_F(WebApplications, AreTooLongAsSoonAsOneRepairMakesThemSo) {
+  // Field 16 takes one character more before field 19 gives many back.
+  const std::string head = "[ZPG.Applications]\n" + standard(1, 1, 8);
+  const std::string entry = "ZPGApp_9=/a,,,,,,,,,,,,,,,,,,";
+  given(head + entry + std::string(510 - entry.size(), 'z') + "\n");
+  EXPECT_TRUE(check_zpg(false));
+  EXPECT_EQ(lines(), head + "ZPGApp_9=/a,,,,,,,,,,,,,,,1,,,0\n");
+  given(head + entry + std::string(511 - entry.size(), 'z') + "\n");
+  EXPECT_THROW(check_zpg(false), TextTooLong);
 }
 
 TEST_F(WebApplications, ThatAreObsoleteStayInTheNormalMode) {
