@@ -44,7 +44,8 @@ int within(std::string_view needle, std::string_view haystack);
 /// Copies the source with the letters a to z in upper case.
 void alphaupper(std::string_view source, Text& output);
 
-/// Raises the entry to the minimum, a decimal text, when its number is smaller; adds it when it is missing.
+/// Sets the entry to the minimum, a decimal text, when its number is smaller: its whole value, so that further fields
+/// go. Adds it when it is missing.
 void minvalue(std::string_view section, std::string_view key, std::string_view minimum);
 
 /// The two lists of distinct pairs, which only grow: each node holds a heap copy of "first,second".

@@ -32,8 +32,8 @@ void adddatabase(std::string_view section, std::string_view database) {
 
 // Step "3.11".
 
-/// Drops the databases that the server no longer has and closes the gaps; one that gets another number moves to the end
-/// of the section.
+/// Drops the databases that the server no longer has and closes the gaps that they leave; one that gets another number
+/// moves to the end of the section.
 void dropdatabases() {
   const Line* const header = find("[DataSets]");
   int kept = 0;
@@ -70,7 +70,7 @@ Text udpserver(std::string_view value) { return replacefield(withcommas(value), 
 
 void moveservers() {
   moveseries("[Net]", "NetIsEther_", "[Data Servers]", "NetIsEther_", ethernetserver);
-  moveseries("[Net]", "NetIsUdp_", "[Data Servers]", "NetIsUDP_", udpserver);
+  moveseries("[Net]", "NetIsUdp_", "[Data Servers]", "NetIsUDP_", udpserver);  // kept: the case of "Udp" changes
   moveseries("[Net]", "NetIsDDP_", "[DSM-DDP]", "NetIsDDP_", withcommas);
   moveseries("[Net]", "DDPVolSet_", "[DSM-DDP]", "DDPVolSet_", unchanged);
   moveseries("[Net]", "DDPVolumeAndUci_", "[DSM-DDP]", "DDPVolumeAndUci_", withcommas);
@@ -89,7 +89,7 @@ void cutdatabases() {
 }
 
 /// Moves the entries of a mapping section whose key begins with that word to the sections of their namespaces, and
-/// drops the others. Ends at an entry with an empty key: that line and what follows it join the section before.
+/// drops the others. Kept: ends at an entry with an empty key; that line and what follows it join the section before.
 void movemappings(std::string_view section, std::string_view word, Conversion newkey, Conversion newvalue) {
   Line* const header = find(section);
   if (header == nullptr) return;

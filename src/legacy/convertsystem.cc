@@ -1,3 +1,4 @@
+// What a step appends it appends beside an entry of that key, without looking for one: kept.
 #include "legacy/convertsystem.h"
 
 #include "document/edits.h"
@@ -21,14 +22,14 @@ void renameterminals(std::string_view section, std::string_view prefix, int n) {
   }
 }
 
-/// Sets a field of an entry that is there.
+/// Sets a field, separated by ",", of an entry that is there.
 void editfield(std::string_view section, std::string_view key, int n, std::string_view text) {
   editentry(section, key, replacefield(getvalue(section, key), n, ',', text));
 }
 
 void sizebuffers() {
   if (platformfamily() != "VMS") {
-    minvalue("[config]", "rbufsiz", "32");
+    minvalue("[config]", "rbufsiz", "32");  // kept: where it raises the size, a second field goes
   } else if (find("[config]", "rbufsiz") != nullptr) {
     editfield("[config]", "rbufsiz", 2, "32");
   } else {
@@ -46,11 +47,12 @@ void system21() {
 }
 
 void system30() {
-  minvalue("[config]", "implheap", "16384");
+  minvalue("[config]", "implheap", "16384");  // kept: where it raises the heap, further fields go
   if (platformfamily() == "OpenVMS") setplatformrecord(replacefield(platformrecord(), 2, '~', "VMS"));
 }
 
 void system31() {
+  // Kept: what gets another key moves to the end of its section.
   moveentry("[LAT]", "ServiceName", "[LAT]", "ServiceName_1");
   moveentry("[LAT]", "ServiceDescription", "[LAT]", "ServiceDescription_1");
   moveentry("[LAT]", "ServiceRating", "[LAT]", "ServiceRating_1");

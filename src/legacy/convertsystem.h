@@ -11,7 +11,8 @@ namespace tolvane {
 /// Its ladder, oldest step first.
 extern const std::span<const Step> systemladder;
 
-/// Brings the lines of a legacy system file from its version up to "3.12"; a version that is not known changes nothing.
+/// Brings the lines of a legacy system file from its version up to "3.12"; a version that is later or not known changes
+/// nothing.
 void convertsystem(std::string_view version);
 
 }  // namespace tolvane

@@ -19,11 +19,16 @@ Text legacyversion(std::string_view type, std::string_view message) {
   return getfield(filetype, 2, ' ');
 }
 
-/// Links the lines from head to tail before those of the store.
-void joinbefore(Line* head, Line* tail) {
-  tail->next = start;
-  (start == nullptr ? last : start->previous) = tail;
-  start = head;
+// The system file's lines while the store holds the network file's; the process's, as the store is.
+Line* systemstart = nullptr;
+Line* systemlast = nullptr;
+
+/// Links the system file's lines before those of the store. Kept: lines of the network file that stand before its first
+/// header so come to belong to the last section of the system file, and a section of both stands twice.
+void join() {
+  systemlast->next = start;
+  (start == nullptr ? last : start->previous) = systemlast;
+  start = systemstart;
 }
 
 }  // namespace
@@ -32,17 +37,17 @@ int merge(const char* path, const char* systempath, const char* networkpath) {
   load(systempath);
   const Text systemversion = legacyversion("Configuration", "Invalid system configuration file type");
   convertsystem(systemversion);
-  Line* const head = start;
-  Line* const tail = last;
+  systemstart = start;
+  systemlast = last;
 
   load(networkpath);
   convertnetwork(legacyversion("Network", "Invalid network configuration file type"));
   delsection("[ConfigFile]");
-  joinbefore(head, tail);
+  join();
 
-  convertconfig(systemversion);  // the file is written whatever it answers
+  convertconfig(systemversion);  // kept: the file is written whatever it answers
   delentry("[ConfigFile]", "FileType");
-  saveentry("[ConfigFile]", "Version", currentversion);
+  saveentry("[ConfigFile]", "Version", currentversion);  // kept: behind a version that was there
   output(path);
   return 1;
 }
