@@ -6,7 +6,6 @@
 
 #include "document/ends.h"
 #include "document/entries.h"
-#include "document/linestore.h"
 #include "ladder/ladder.h"
 #include "tests/support/store.h"
 
@@ -128,36 +127,6 @@ TEST(Ladder, MustAscendAlongKnownVersions) {
   EXPECT_FALSE(ascends(descending));
   EXPECT_FALSE(ascends(twice));
   EXPECT_FALSE(ascends(unknown));
-}
-
-class Example : public StoreTest {
- protected:
-  static void read() {
-    const std::string path = std::string(TOLVANE_SOURCE) + "/examples/server-3.11.qpx";
-    load(path.c_str());
-  }
-};
-
-TEST_F(Example, IsChangedByEveryStepAlone) {
-  for (const Step& step : ladder) {
-    given("");
-    read();
-    const std::string before = lines();
-    step.apply();
-    EXPECT_NE(lines(), before) << step.version;
-  }
-}
-
-TEST_F(Example, IsChangedByEveryStepInTheirOrder) {
-  read();
-  for (const Step& step : ladder) {
-    const std::string before = lines();
-    step.apply();
-    // What step "5.0" repairs in a "3.11" file step "4.2" has repaired just before.
-    if (step.version != "5.0") {
-      EXPECT_NE(lines(), before) << step.version;
-    }
-  }
 }
 
 }  // namespace
