@@ -1,6 +1,7 @@
 // The program's entry: picks the command by the number of words and the command word, and turns the ends of a run into
 // output and exit status. A command that ran returns 1; the usage text and every fatal end return 0: kept. A text that
 // is too long ends the run by an abort.
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <new>
@@ -62,6 +63,7 @@ int fatal(const char* message) {
 }  // namespace
 
 int main(int words, char** line) {
+  (void)std::signal(SIGXFSZ, SIG_IGN);  // a file-size limit is a write that fails, not the end of the process
   try {
     return dispatch(words, line);
   } catch (const tolvane::Fatal& end) {
@@ -69,7 +71,7 @@ int main(int words, char** line) {
   } catch (const std::bad_alloc&) {
     return fatal("Insufficient memory");
   } catch (const tolvane::TextTooLong&) {
-    std::fflush(stdout);  // an abort would lose the warnings that were printed before it
+    (void)std::fflush(stdout);  // an abort would lose the warnings that were printed before it
     std::abort();
   }
 }

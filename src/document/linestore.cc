@@ -5,6 +5,9 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <string>
+
+#include "document/outputfile.h"
 
 namespace tolvane {
 
@@ -27,17 +30,20 @@ bool readkept(Text& text, std::FILE* file) {
   return false;
 }
 
-bool write(const Line& line, std::FILE* file) {
-  const bool separated = line.text.first() == '[' && &line != start;
-  if (separated && std::fputc('\n', file) == EOF) return false;
-  return std::fputs(line.text.c_str(), file) != EOF && std::fputc('\n', file) != EOF;
-}
+/// Whether an empty line stands before this one in the file.
+bool separated(const Line& line) { return line.text.first() == '[' && &line != start; }
 
-bool writeall(std::FILE* file) {
+/// The store as the contents of its file.
+std::string contents() {
+  std::size_t size = 0;
+  for (const Line* line = start; line != nullptr; line = line->next) size += line->text.length() + 2;
+  std::string text;
+  text.reserve(size);
   for (const Line* line = start; line != nullptr; line = line->next) {
-    if (!write(*line, file)) return false;
+    if (separated(*line)) text += '\n';
+    text.append(line->text).append(1, '\n');
   }
-  return true;
+  return text;
 }
 
 // The result does not matter: what cannot be removed or renamed is left as it is.
@@ -90,29 +96,24 @@ void load(const char* path) {
   if (std::ferror(file.get()) != 0 && errno != EISDIR) throw unreadable(path);
 }
 
-void save(const char* path) {
-  std::FILE* const file = std::fopen(path, "w");
-  if (file == nullptr) throw Fatal{"Cannot open file ", path, " for output."};
-  bool written = writeall(file);
-  written = std::fflush(file) == 0 && written;
-  written = std::fclose(file) == 0 && written;
-  if (!written) throw Fatal{"Error writing output file"};
-}
+void save(const char* path) { overwrite(path, contents()); }
 
 void output(const char* path) {
   const Text temporary{std::string_view(path), "_tmp"};
-  save(temporary.c_str());
+  createlike(path, temporary.c_str(), contents());
   remove(path);
   replace(temporary.c_str(), path);
+  syncfolder(path);
 }
 
 void backup(const char* path, std::string_view suffix) {
   const Text temporary{std::string_view(path), "_tmp"};
   const Text old{std::string_view(path), '_', suffix};
-  save(temporary.c_str());
+  createlike(path, temporary.c_str(), contents());
   remove(old.c_str());  // kept: with the suffix "tmp" this is what was just saved
   replace(path, old.c_str());
   replace(temporary.c_str(), path);
+  syncfolder(path);
 }
 
 }  // namespace tolvane

@@ -28,12 +28,13 @@ extern Line* last;
 /// cannot be opened or read; a directory counts as an empty file.
 void load(const char* path);
 
-/// Writes the store to the file, which is truncated first, with one empty line before each section header that is not
-/// the first line. Fatal when the file cannot be opened or not all of it be written.
+/// Writes the store straight over the file, with one empty line before each section header that is not the first line.
+/// Fatal as `overwrite` is (outputfile.h).
 void save(const char* path);
 
-/// Replaces the file by the store, by way of the file name followed by "_tmp". Fatal as `save` is, the file itself then
-/// being untouched; failures to remove and rename are ignored. The names have at most 511 characters.
+/// Replaces the file by the store, by way of the file name followed by "_tmp", which becomes like the file. Fatal as
+/// `createlike` is, the file itself then being untouched; failures to remove and rename are ignored. The names have at
+/// most 511 characters.
 void output(const char* path);
 
 /// The same, and keeps the old file under its name followed by "_" and the suffix, in place of an older backup. The

@@ -72,6 +72,17 @@ TEST_F(SetParameter, ReportsAFileThatCannotBeOpened) {
   EXPECT_EQ(filesin(folder), Files{});
 }
 
+TEST_F(SetParameter, LeavesTheFileAsItWasBehindAFileSizeLimit) {
+  const std::string text = "\n[A]\nk=" + std::string(480, 'v') + "\n";
+  write(folder / "f.qpx", text);
+  // One block of 512 bytes, which the new entry passes.
+  EXPECT_EQ(runwithin("-f 1", {"setparameter", "f.qpx", "[A]", "l", std::string(100, 'w')}),
+            (Outcome{0, "Error writing output file\n"}));
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {"f.qpx", text}
+  }));
+}
+
 TEST_F(SetParameter, WritesThroughASymbolicLink) {
   write(folder / "target", "[A]\nk=1\n");
   std::filesystem::create_symlink("target", folder / "f.qpx");

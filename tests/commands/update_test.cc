@@ -186,10 +186,37 @@ TEST_F(Update, ReportsThatMemoryIsInsufficient) {
   std::string text = old;
   for (int n = 0; n < 100000; ++n) text += "k\n";
   write(folder / "a.qpx", text);
-  EXPECT_EQ(runwithin(30000, {"update", "a.qpx"}), (Outcome{0, "Insufficient memory\n"}));
+  EXPECT_EQ(runwithin("-v 30000", {"update", "a.qpx"}), (Outcome{0, "Insufficient memory\n"}));
   EXPECT_EQ(filesin(folder), (Files{
                                  {"a.qpx", text}
   }));
+}
+
+TEST_F(Update, LeavesNoTemporaryFileBehindAFileSizeLimit) {
+  const std::string text = old + "k=" + std::string(500, 'v') + "\n";
+  write(folder / "a.qpx", text);
+  EXPECT_EQ(runwithin("-f 1", {"update", "a.qpx"}), (Outcome{0, "Error writing output file\n"}));
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {"a.qpx", text}
+  }));
+}
+
+TEST_F(Update, KeepsTheModeOfTheFile) {
+  namespace fs = std::filesystem;
+  write(folder / "a.qpx", old);
+  fs::permissions(folder / "a.qpx", fs::perms{0640});
+  ASSERT_EQ(run({"update", "a.qpx"}), (Outcome{1, ""}));
+  EXPECT_EQ(fs::status(folder / "a.qpx").permissions(), fs::perms{0640});
+  EXPECT_EQ(fs::status(folder / "a.qpx_544").permissions(), fs::perms{0640});
+}
+
+TEST_F(Update, WritesThroughNoLinkOfTheTemporaryName) {
+  write(folder / "target", "kept\n");
+  write(folder / "a.qpx", old);
+  std::filesystem::create_symlink("target", folder / "a.qpx_tmp");
+  EXPECT_EQ(run({"update", "a.qpx"}), (Outcome{0, "Cannot open file a.qpx_tmp for output.\n"}));
+  EXPECT_EQ(contents(folder / "target"), "kept\n");
+  EXPECT_EQ(contents(folder / "a.qpx"), old);
 }
 
 TEST_F(Update, KeepsCarriageReturns) {

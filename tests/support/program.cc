@@ -93,9 +93,8 @@ Outcome ProgramTest::run(const std::vector<std::string>& words) const {
   return spawn(std::move(commandline));
 }
 
-Outcome ProgramTest::runwithin(int kilobytes, const std::vector<std::string>& words) const {
-  const std::string limit = "ulimit -v " + std::to_string(kilobytes) + "; exec \"$0\" \"$@\"";
-  std::vector<std::string> commandline{"/bin/sh", "-c", limit, TOLVANE_PROGRAM};
+Outcome ProgramTest::runwithin(const std::string& limit, const std::vector<std::string>& words) const {
+  std::vector<std::string> commandline{"/bin/sh", "-c", "ulimit " + limit + "; exec \"$0\" \"$@\"", TOLVANE_PROGRAM};
   commandline.insert(commandline.end(), words.begin(), words.end());
   return spawn(std::move(commandline));
 }

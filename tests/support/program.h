@@ -35,8 +35,8 @@ class ProgramTest : public testing::Test {
   /// Runs the program in the test's folder with the words behind its name.
   [[nodiscard]] Outcome run(const std::vector<std::string>& words) const;
 
-  /// The same, with that many kilobytes of address space at the most.
-  [[nodiscard]] Outcome runwithin(int kilobytes, const std::vector<std::string>& words) const;
+  /// The same within a limit of the shell's `ulimit`, such as "-v 30000".
+  [[nodiscard]] Outcome runwithin(const std::string& limit, const std::vector<std::string>& words) const;
 
   std::filesystem::path folder;
 

@@ -1,0 +1,124 @@
+#include "document/outputfile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <memory>
+#include <string>
+
+#include "document/ends.h"
+
+namespace tolvane {
+
+namespace {
+
+Fatal cannotopen(const char* path) { return Fatal{"Cannot open file ", path, " for output."}; }
+Fatal cannotwrite() { return Fatal{"Error writing output file"}; }
+
+bool writeall(int file, std::string_view contents) {
+  while (!contents.empty()) {
+    const ssize_t written = write(file, contents.data(), contents.size());
+    if (written >= 0) {
+      contents.remove_prefix(static_cast<std::size_t>(written));
+    } else if (errno != EINTR) {
+      return false;
+    }
+  }
+  return true;
+}
+
+/// True when the file is on its disk, or on none.
+bool sync(int file) {
+  while (fsync(file) != 0) {
+    if (errno == EINVAL || errno == ENOTSUP || errno == EROFS) return true;
+    if (errno != EINTR) return false;
+  }
+  return true;
+}
+
+/// Copies one extended attribute, if the caller may.
+void copyattribute(const char* model, int file, const char* name) {
+  const ssize_t size = getxattr(model, name, nullptr, 0);
+  if (size < 0) return;
+  std::string value(static_cast<std::size_t>(size), '\0');
+  if (getxattr(model, name, value.data(), value.size()) == size)
+    (void)fsetxattr(file, name, value.data(), value.size(), 0);
+}
+
+void copyattributes(const char* model, int file) {
+  const ssize_t size = listxattr(model, nullptr, 0);
+  if (size <= 0) return;
+  std::string names(static_cast<std::size_t>(size), '\0');
+  if (listxattr(model, names.data(), names.size()) != size) return;
+  for (std::size_t begin = 0; begin < names.size(); begin = names.find('\0', begin) + 1) {
+    copyattribute(model, file, &names[begin]);
+  }
+}
+
+/// Gives the file owner, group, extended attributes and mode of the model.
+bool liken(int file, const char* model, const struct stat& status) {
+  mode_t mode = status.st_mode & 07777;
+  if (fchown(file, status.st_uid, status.st_gid) != 0 && fchown(file, static_cast<uid_t>(-1), status.st_gid) != 0) {
+    // The file has another group now, and that gets no more than everybody has.
+    mode = (mode & 0707) | ((mode & 07) << 3);
+  }
+  copyattributes(model, file);
+  return fchmod(file, mode) == 0;
+}
+
+/// Reserves the room for the contents; a plain file that cannot have it stays as long as it was.
+bool reserve(int file, const struct stat& status, std::size_t size) {
+  if (!S_ISREG(status.st_mode) || size == 0) return true;
+  int error = EINTR;
+  while (error == EINTR) error = posix_fallocate(file, 0, static_cast<off_t>(size));
+  if (error == 0 || error == EINVAL || error == EOPNOTSUPP) return true;
+  (void)ftruncate(file, status.st_size);
+  return false;
+}
+
+bool writeover(int file, std::string_view contents) {
+  struct stat status = {};
+  if (fstat(file, &status) != 0 || !reserve(file, status, contents.size())) return false;
+  if (!writeall(file, contents)) return false;
+  if (S_ISREG(status.st_mode) && ftruncate(file, static_cast<off_t>(contents.size())) != 0) return false;
+  return sync(file);
+}
+
+}  // namespace
+
+void createlike(const char* model, const char* path, std::string_view contents) {
+  struct stat status = {};
+  if (lstat(path, &status) == 0 && (!S_ISREG(status.st_mode) || unlink(path) != 0)) throw cannotopen(path);
+  const bool like = stat(model, &status) == 0;
+  // Until it is like its model the new file is its writer's alone. O_EXCL follows no link that somebody puts there now.
+  const int file = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, like ? 0600 : 0666);
+  if (file < 0) throw cannotopen(path);
+  bool written = writeall(file, contents);
+  written = written && (!like || liken(file, model, status)) && sync(file);
+  written = close(file) == 0 && written;
+  if (written) return;
+  (void)unlink(path);
+  throw cannotwrite();
+}
+
+void overwrite(const char* path, std::string_view contents) {
+  const int file = open(path, O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+  if (file < 0) throw cannotopen(path);
+  bool written = writeover(file, contents);
+  written = close(file) == 0 && written;
+  if (!written) throw cannotwrite();
+}
+
+void syncfolder(std::string_view path) {
+  const std::size_t slash = path.rfind('/');
+  const std::string folder{slash == std::string_view::npos ? "." : path.substr(0, slash + 1)};
+  const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (file < 0) return;
+  (void)fsync(file);
+  (void)close(file);
+}
+
+}  // namespace tolvane
