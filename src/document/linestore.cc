@@ -84,6 +84,7 @@ void discard(Line* line) {
 
 void load(const char* path) {
   const std::unique_ptr<std::FILE, Close> file{std::fopen(path, "r")};
+  if (file == nullptr && errno == ENOMEM) throw std::bad_alloc{};
   if (file == nullptr) throw unreadable(path);
   start = last = nullptr;
   Line* line = makeentry();

@@ -69,22 +69,28 @@ bool liken(int file, const char* model, const struct stat& status) {
   return fchmod(file, mode) == 0;
 }
 
-/// Reserves the room for the contents; a plain file that cannot have it stays as long as it was.
-bool reserve(int file, const struct stat& status, std::size_t size) {
-  if (!S_ISREG(status.st_mode) || size == 0) return true;
+/// Reserves the room for that many bytes. Leaves the file longer where it was shorter.
+bool reserve(int file, std::size_t size) {
   int error = EINTR;
   while (error == EINTR) error = posix_fallocate(file, 0, static_cast<off_t>(size));
-  if (error == 0 || error == EINVAL || error == EOPNOTSUPP) return true;
-  (void)ftruncate(file, status.st_size);
+  return error == 0 || error == EINVAL || error == EOPNOTSUPP;
+}
+
+/// Writes over a plain file. One that cannot have the room keeps its contents.
+bool writeoverplain(int file, off_t oldsize, std::string_view contents) {
+  if ((contents.empty() || reserve(file, contents.size())) && writeall(file, contents)) {
+    return ftruncate(file, static_cast<off_t>(contents.size())) == 0;
+  }
+  (void)ftruncate(file, oldsize);
   return false;
 }
 
 bool writeover(int file, std::string_view contents) {
   struct stat status = {};
-  if (fstat(file, &status) != 0 || !reserve(file, status, contents.size())) return false;
-  if (!writeall(file, contents)) return false;
-  if (S_ISREG(status.st_mode) && ftruncate(file, static_cast<off_t>(contents.size())) != 0) return false;
-  return sync(file);
+  if (fstat(file, &status) != 0) return false;
+  const bool written =
+      S_ISREG(status.st_mode) ? writeoverplain(file, status.st_size, contents) : writeall(file, contents);
+  return written && sync(file);
 }
 
 }  // namespace

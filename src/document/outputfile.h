@@ -16,7 +16,8 @@ namespace tolvane {
 void createlike(const char* model, const char* path, std::string_view contents);
 
 /// Writes straight over the file, or creates it. The room is reserved before the old contents are touched, so that a
-/// full disk or a limit leaves a plain file as it was. What cannot be synced, such as a pipe, need not be.
+/// full disk or a limit leaves a plain file as it was; when it cannot be synced or closed the new contents may stand
+/// there. What cannot be synced at all, such as a pipe, need not be.
 void overwrite(const char* path, std::string_view contents);
 
 /// Syncs the folder of a path, so that what was renamed in it stays renamed. Failures are ignored.

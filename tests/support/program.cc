@@ -87,16 +87,16 @@ Outcome ProgramTest::spawn(std::vector<std::string> commandline) const {
   return outcome;
 }
 
-Outcome ProgramTest::run(const std::vector<std::string>& words) const {
-  std::vector<std::string> commandline{TOLVANE_PROGRAM};
+Outcome ProgramTest::runby(std::vector<std::string> commandline, const std::vector<std::string>& words) const {
+  commandline.emplace_back(TOLVANE_PROGRAM);
   commandline.insert(commandline.end(), words.begin(), words.end());
   return spawn(std::move(commandline));
 }
 
+Outcome ProgramTest::run(const std::vector<std::string>& words) const { return runby({}, words); }
+
 Outcome ProgramTest::runwithin(const std::string& limit, const std::vector<std::string>& words) const {
-  std::vector<std::string> commandline{"/bin/sh", "-c", "ulimit " + limit + "; exec \"$0\" \"$@\"", TOLVANE_PROGRAM};
-  commandline.insert(commandline.end(), words.begin(), words.end());
-  return spawn(std::move(commandline));
+  return runby({"/bin/sh", "-c", "ulimit " + limit + "; exec \"$0\" \"$@\""}, words);
 }
 
 }  // namespace tolvane::test

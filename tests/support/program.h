@@ -38,6 +38,9 @@ class ProgramTest : public testing::Test {
   /// The same within a limit of the shell's `ulimit`, such as "-v 30000".
   [[nodiscard]] Outcome runwithin(const std::string& limit, const std::vector<std::string>& words) const;
 
+  /// The same, run by another command line that ends with the program's.
+  [[nodiscard]] Outcome runby(std::vector<std::string> commandline, const std::vector<std::string>& words) const;
+
   std::filesystem::path folder;
 
  private:
