@@ -1,5 +1,8 @@
 #include "document/series.h"
 
+#include <algorithm>
+#include <charconv>
+
 #include "document/entries.h"
 #include "document/fields.h"
 
@@ -7,18 +10,38 @@ namespace tolvane {
 
 Line* numbered(const Line* header, std::string_view prefix, int n) { return findbelow(header, Text(prefix, n)); }
 
+int numberof(const Line& line, std::string_view prefix) {
+  std::string_view digits = line.text;
+  if (!digits.starts_with(prefix)) return 0;
+  digits = keyof(line).substr(prefix.size());
+  int number = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  const bool whole = error == std::errc{} && end == digits.data() + digits.size();
+  // A number with a sign or a leading 0 is another key.
+  return whole && digits.front() >= '1' ? number : 0;
+}
+
+std::vector<Line*> series(const Line* header, std::string_view prefix) {
+  std::size_t lines = 0;
+  for (const Line* line = header; line != nullptr; line = nextinsection(line)) ++lines;
+  std::vector<Line*> entries(lines);  // by number; one that is beyond them cannot be reached without a gap
+  for (Line* line = header == nullptr ? nullptr : nextinsection(header); line != nullptr; line = nextinsection(line)) {
+    const auto number = static_cast<std::size_t>(numberof(*line, prefix));
+    if (number > 0 && number <= lines && entries[number - 1] == nullptr) entries[number - 1] = line;
+  }
+  entries.erase(std::find(entries.begin(), entries.end(), nullptr), entries.end());
+  return entries;
+}
+
 int countseries(std::string_view section, std::string_view prefix) {
-  const Line* const header = find(section);
-  int count = 0;
-  while (numbered(header, prefix, count + 1) != nullptr) ++count;
-  return count;
+  return static_cast<int>(series(find(section), prefix).size());
 }
 
 Place locate(std::string_view section, std::string_view prefix, std::string_view name) {
-  const Line* const header = find(section);
   Place place{1, nullptr};
-  for (; (place.line = numbered(header, prefix, place.number)) != nullptr; ++place.number) {
-    if (getfield(valueof(*place.line), 1, ',') == name) break;
+  for (Line* const line : series(find(section), prefix)) {
+    if (getfield(valueof(*line), 1, ',') == name) return {place.number, line};
+    ++place.number;
   }
   return place;
 }

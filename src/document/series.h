@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "document/linestore.h"
 
@@ -11,6 +12,13 @@ namespace tolvane {
 
 /// Entry n of the series below a header that `find` has found, or none. None when the header is none.
 Line* numbered(const Line* header, std::string_view prefix, int n);
+
+/// The number of an entry of the series; 0 for any other line.
+int numberof(const Line& line, std::string_view prefix);
+
+/// The entries of the series, from 1 up to the gap: what `numbered` finds for each number, in one pass over the
+/// section. They may be discarded and rewritten on the way; what is added to the series meanwhile is not among them.
+std::vector<Line*> series(const Line* header, std::string_view prefix);
 
 /// How many entries the series has.
 int countseries(std::string_view section, std::string_view prefix);

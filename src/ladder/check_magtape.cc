@@ -66,10 +66,9 @@ std::string_view newpath(std::string_view path, Met& met) {
 }
 
 bool mappaths() {
-  const Line* const header = find("[MagTape]");
   Met met;
   bool changed = false;
-  for (int n = 1; Line* const drive = numbered(header, "Drive_", n); ++n) {
+  for (Line* const drive : series(find("[MagTape]"), "Drive_")) {
     const Text value{valueof(*drive)};
     const Text path = getfield(value, 2, '~');
     const std::string_view mapped = newpath(path, met);
@@ -81,13 +80,14 @@ bool mappaths() {
 }
 
 bool normalise() {
-  const Line* const header = find("[MagTape]");
   bool changed = false;
-  for (int n = 1; Line* const drive = numbered(header, "Drive_", n); ++n) {
-    if (n > rows) {
+  int row = 0;
+  for (Line* const drive : series(find("[MagTape]"), "Drive_")) {
+    const std::string_view standard = row < rows ? magtape[row++] : std::string_view{};
+    if (standard.empty()) {
       discard(drive);
-    } else if (valueof(*drive) != magtape[n - 1]) {
-      rewrite(*drive, keyof(*drive), magtape[n - 1]);
+    } else if (valueof(*drive) != standard) {
+      rewrite(*drive, keyof(*drive), standard);
     } else {
       continue;
     }

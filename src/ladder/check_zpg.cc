@@ -66,9 +66,8 @@ bool repair(Line& line) {
 }
 
 bool repairall() {
-  const Line* const header = find(section);
   bool changed = false;
-  for (int n = 1; Line* const line = numbered(header, prefix, n); ++n) changed |= repair(*line);
+  for (Line* const line : series(find(section), prefix)) changed |= repair(*line);
   return changed;
 }
 

@@ -19,9 +19,8 @@ struct Servers {
 };
 
 Servers countservers(std::string_view prefix, int pairlist) {
-  const Line* const header = find("[Data Servers]");
   Servers servers{0, 0};
-  while (const Line* const line = numbered(header, prefix, servers.entries + 1)) {
+  for (const Line* const line : series(find("[Data Servers]"), prefix)) {
     const std::string_view value = valueof(*line);
     servers.distinct += addpair(getfield(value, 1, ','), getfield(value, 2, ','), pairlist);
     ++servers.entries;

@@ -35,14 +35,15 @@ void adddatabase(std::string_view section, std::string_view database) {
 /// Drops the databases that the server no longer has and closes the gaps that they leave; one that gets another number
 /// moves to the end of the section.
 void dropdatabases() {
-  const Line* const header = find("[DataSets]");
+  int number = 0;
   int kept = 0;
-  for (int n = 1; Line* const line = numbered(header, "DataSet_", n); ++n) {
+  for (Line* const line : series(find("[DataSets]"), "DataSet_")) {
     const Text value{valueof(*line)};
     const Text name = getfield(value, 1, ',');
+    ++number;
     if (name == "COMMON" || name == "UTILITY") {
       discard(line);
-    } else if (++kept < n) {
+    } else if (++kept < number) {
       discard(line);
       savenumbered("[DataSets]", "DataSet_", kept, value);
     }
@@ -56,11 +57,11 @@ using Conversion = Text (*)(std::string_view text);
 /// Moves the entries of a series to another section, under another prefix, their values converted.
 void moveseries(std::string_view section, std::string_view prefix, std::string_view newsection,
                 std::string_view newprefix, Conversion newvalue) {
-  const Line* const header = find(section);
-  for (int n = 1; Line* const line = numbered(header, prefix, n); ++n) {
+  int number = 0;
+  for (Line* const line : series(find(section), prefix)) {
     const Text value = newvalue(valueof(*line));
     discard(line);
-    savenumbered(newsection, newprefix, n, value);
+    savenumbered(newsection, newprefix, ++number, value);
   }
 }
 
@@ -79,8 +80,7 @@ void moveservers() {
 
 /// Cuts the databases to their first five fields and renames their section.
 void cutdatabases() {
-  const Line* const header = find("[DataSets]");
-  for (int n = 1; Line* const line = numbered(header, "DataSet_", n); ++n) {
+  for (Line* const line : series(find("[DataSets]"), "DataSet_")) {
     Text fields;
     const bool more = takefields(valueof(*line), 1, 5, ',', fields) == ',';
     if (more) rewrite(*line, keyof(*line), fields);
@@ -126,11 +126,10 @@ Text routinekey(std::string_view key) { return Text("RouMap_", getfield(key, 3, 
 
 /// Kept: the new entry is appended and the old one stays, before it.
 void network204() {
-  const Line* const header = find("[Net]");
-  for (int n = 1; const Line* const line = numbered(header, "NetIsEther_", n); ++n) {
-    const Text value{valueof(*line)};
+  for (const Line* const line : series(find("[Net]"), "NetIsEther_")) {
+    const std::string_view value = valueof(*line);
     const Text padded{getfield(value, 1, '~'), "~~", getfield(value, 2, '~'), '~', getfield(value, 3, '~')};
-    savenumbered("[Net]", "NetIsEther_", n, padded);
+    saveentry("[Net]", keyof(*line), padded);
   }
 }
 

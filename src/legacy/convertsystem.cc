@@ -14,8 +14,7 @@ namespace {
 
 /// Gives a terminal type that was renamed its new name, in field n of every entry of a series.
 void renameterminals(std::string_view section, std::string_view prefix, int n) {
-  const Line* const header = find(section);
-  for (int k = 1; Line* const line = numbered(header, prefix, k); ++k) {
+  for (Line* const line : series(find(section), prefix)) {
     const Text type = getfield(valueof(*line), n, '~');
     if (type != "C-NT CONSOLE" && type != "C-Mirel Terminal") continue;
     rewrite(*line, keyof(*line), replacefield(valueof(*line), n, '~', "C-Druve Terminal"));

@@ -1,3 +1,8 @@
+#include <random>
+#include <vector>
+
+#include "document/entries.h"
+#include "document/fields.h"
 #include "tests/support/store.h"
 
 namespace tolvane::test {
@@ -134,6 +139,52 @@ TEST_F(Step541, RenumbersManyMappings) {
     before += "GloMap_" + std::to_string(n) + (drop ? "=odd\n" : "=g" + std::to_string(n) + "\n");
     if (!drop) after += "GloMap_" + std::to_string(n - (n + 2) / 3) + "=g" + std::to_string(n) + "\n";
   }
+  EXPECT_EQ(mappings(before), after);
+}
+
+// The clean-up of one section as it reads, each look-up from the header: what the step does faster.
+void cleanliterally(const std::string& section) {
+  const auto entry = [&](const std::string& key) { return find(section, key); };
+  const auto mapping = [](int n) { return "GloMap_" + std::to_string(n); };
+  for (int k = 1; entry(mapping(k)) != nullptr;) {
+    const Text global = getfield(getvalue(section, mapping(k)), 1, ',');
+    if (!global.view().starts_with("odd") && global != "rINDEXCLASS" && global != "mdd") {
+      ++k;
+      continue;
+    }
+    const std::string prefix = "GloSLM_" + std::string(global) + "_";
+    for (int n = 1; entry(prefix + std::to_string(n)) != nullptr; ++n) delentry(section, prefix + std::to_string(n));
+    delentry(section, mapping(k));
+    int i = k;
+    for (; entry(mapping(i + 1)) != nullptr; ++i) renametag(section, mapping(i + 1), mapping(i));
+    delentry(section, mapping(i));
+  }
+}
+
+TEST_F(Step541, DoesWithRandomSectionsWhatTheLiteralProcedureDoes) {
+  std::mt19937 random(1);
+  const std::vector<std::string> globals{"odd", "a", "mdd", "b", "oddx"};
+  for (int round = 0; round < 5000; ++round) {
+    std::string text = "[NspMap.N]\nkept=1\n";
+    for (std::size_t line = random() % 14; line > 0; --line) {
+      const std::string& global = globals[random() % globals.size()];
+      const bool subscript = random() % 4 == 0;
+      text += (subscript ? "GloSLM_" + global + "_" : "GloMap_") + std::to_string(1 + random() % 6);
+      if (random() % 8 != 0) text += "=" + global + ",x";
+      text += "\n";
+    }
+    given(text);
+    if (find("[NspMap.N]", "GloMap_1") != nullptr) cleanliterally("[NspMap.N]");
+    const std::string expected = lines();
+    EXPECT_EQ(step541("[Namespaces]\nNsp_1=N\n" + text), "[Namespaces]\nNsp_1=N\n" + expected) << text;
+  }
+}
+
+TEST_F(Step541, CleansThousandsOfMappings) {
+  std::string before;
+  for (int n = 1; n <= 5000; ++n) before += "GloMap_" + std::to_string(n) + (n % 2 == 0 ? "=odd\n" : "=a\n");
+  std::string after = "[NspMap.USER]\n";
+  for (int n = 1; n <= 2500; ++n) after += "GloMap_" + std::to_string(n) + "=a\n";
   EXPECT_EQ(mappings(before), after);
 }
 
