@@ -163,6 +163,25 @@ TEST_P(Faults, OfBeingKilledLoseNothing) {
   }
 }
 
+TEST_P(Faults, OfPowerFindTheFileSynced) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the leak sanitizer cannot run under a tracer";
+#endif
+  std::vector<std::string> order;
+  for (const Call& call : calls()) {
+    if (call.name == "write" || call.name == "fsync" || call.name == "rename") order.push_back(call.name);
+  }
+  if (GetParam().words[0] == "setparameter") {
+    EXPECT_EQ(order, (std::vector<std::string>{"write", "fsync"}));
+    return;
+  }
+  ASSERT_GE(order.size(), 4U);
+  EXPECT_EQ(order[0], "write");
+  EXPECT_EQ(order[1], "fsync") << "the data, before anything is renamed";
+  EXPECT_EQ(order[2], "rename");
+  EXPECT_EQ(order.back(), "fsync") << "the folder, after everything was renamed";
+}
+
 TEST_P(Faults, OfMemoryLoseNothing) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the sanitizer has its own malloc";

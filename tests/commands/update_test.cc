@@ -62,6 +62,21 @@ TEST_F(Update, LeavesACurrentFileUntouchedTheSecondTime) {
   }));
 }
 
+TEST_F(Update, KeepsAFileOfVersion52UnderTheSuffix52) {
+  const std::string text = "[ConfigFile]\nVersion=5.2\n\n" + platform + "5.2\n";
+  EXPECT_EQ(update(text), (Outcome{1, ""}));
+  EXPECT_EQ(contents(folder / "a.qpx_52"), text);
+  EXPECT_TRUE(contents(folder / "a.qpx").starts_with("[ConfigFile]\nVersion=5.45\n\n" + platform + "5.45\n"));
+}
+
+TEST_F(Update, RewritesItsOwnResultWhileTheCheckFindsSomethingInIt) {
+  EXPECT_EQ(update(old + "\n[Com]\nCom=1\nCom=2\n"), (Outcome{1, ""}));
+  EXPECT_EQ(contents(folder / "a.qpx"), converted + "\n[Com]\nCom=2\n");
+  EXPECT_EQ(run({"update", "a.qpx"}), (Outcome{1, ""}));
+  EXPECT_EQ(contents(folder / "a.qpx"), converted + "\n[Com]\n");
+  EXPECT_EQ(contents(folder / "a.qpx_545"), converted + "\n[Com]\nCom=2\n");
+}
+
 TEST_F(Update, RewritesACurrentFileWithALegacyCommunicationEntry) {
   const std::string current = converted + "\n[Com]\n";
   EXPECT_EQ(update(current + "Com=OFF\n"), (Outcome{1, ""}));

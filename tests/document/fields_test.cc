@@ -40,8 +40,9 @@ TEST_F(Fields, GetfieldMayReadItsOwnOutput) {
   EXPECT_EQ(output, "b");
 }
 
-TEST_F(Fields, GetfieldIsEmptyFarBehindTheEnd) {
-  EXPECT_EQ(getfield("a,b", std::numeric_limits<int>::max(), ','), "");
+TEST_F(Fields, GetfieldIsEmptyFarBehindTheEnd) { EXPECT_EQ(getfield("a,b", std::numeric_limits<int>::max(), ','), ""); }
+
+TEST_F(Fields, GetfieldTellsAnEmptyFieldFromAMissingOne) {
   EXPECT_EQ(getfield("a,,c", 2, ',', output), ',');
   EXPECT_EQ(output, "");
 }

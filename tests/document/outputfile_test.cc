@@ -71,11 +71,13 @@ TEST_F(OutputFile, WithoutAModelGetsWhatAnyNewFileGets) {
 
 TEST_F(OutputFile, GetsTheModeOfItsModelWhateverTheMask) {
   write(folder / "model", "");
+  const mode_t mask = umask(077);
   for (const unsigned wanted : {0600U, 0666U, 0440U, 0755U}) {
     fs::permissions(folder / "model", fs::perms{wanted});
     EXPECT_EQ(create("a\n"), "");
     EXPECT_EQ(mode("new"), wanted);
   }
+  umask(mask);
 }
 
 TEST_F(OutputFile, GetsTheOwnerOfItsModel) {
@@ -185,11 +187,7 @@ TEST_F(OutputFile, ThatCannotBeSyncedIsNoError) {
   EXPECT_THROW(overwrite("/dev/full", "a\n"), Fatal);
 }
 
-TEST_F(OutputFile, FolderIsSyncedWhereverItIs) {
-  EXPECT_NO_THROW(syncfolder("name"));
-  EXPECT_NO_THROW(syncfolder("/name"));
-  EXPECT_NO_THROW(syncfolder("no/such/folder/name"));
-}
+TEST_F(OutputFile, FolderThatIsMissingNeedNotBeSynced) { EXPECT_NO_THROW(syncfolder("no/such/folder/name")); }
 
 }  // namespace
 

@@ -1,5 +1,9 @@
 #include "ladder/check_platupg.h"
 
+#include <algorithm>
+#include <set>
+#include <utility>
+
 #include "document/ends.h"
 #include "tests/support/store.h"
 
@@ -54,7 +58,7 @@ TEST_F(PlatformCheck, AnswersNoForARefusedPlatformAlsoWhenTheEntryWasRemoved) {
 
 TEST_F(PlatformCheck, EndsForAnUnknownPlatform) {
   for (const std::string name :
-       {"Invalid Platform ID", "x86-64(ubuntu linux)", "OpenVMS for VAX", "Digital UNIX", ""}) {
+       {"Invalid Platform ID", "x86-64(Ubuntu Linux)", "OpenVMS for VAX", "Digital UNIX", ""}) {
     check(name + "~UNIX~5.2");
     EXPECT_EQ(fatal, "Unknown platform: " + name + ".");
     EXPECT_EQ(printed, "");
@@ -82,30 +86,54 @@ TEST_F(PlatformCheck, TakesOverAPermittedPlatform) {
 }
 
 TEST_F(PlatformCheck, PermitsTheTenChangesAndNoneToThisPlatform) {
-  int permitted = 0;
+  std::set<std::pair<int, int>> permitted;
   for (int build = 1; build < 76; ++build) {
     for (int from = 1; from < 76; ++from) {
-      if (from == build || !check(platname[from], "", build)) continue;
-      ++permitted;
-      EXPECT_NE(build, thisplatform);
+      if (from != build && check(platname[from], "", build)) permitted.emplace(from, build);
     }
   }
-  EXPECT_EQ(permitted, 10);
+  const std::set<std::pair<int, int>> expected{
+      {30, 45},
+      {19, 46},
+      {46, 19},
+      {37, 48},
+      {48, 37},
+      {54, 56},
+      {56, 54},
+      {54, 58},
+      {56, 58},
+      {58, 56}
+  };
+  EXPECT_EQ(permitted, expected);
 }
 
-TEST(PlatformNames, ResolveThroughTheLegacyNamesFirst) {
+TEST(PlatformNames, OfBothTablesHaveTheirIds) {
+  EXPECT_EQ(getmachid("SCO Unix"), 16);
   EXPECT_EQ(getmachid("HP/UX"), 19);
+  EXPECT_EQ(getmachid("OpenVMS for Alpha"), 28);
+  EXPECT_EQ(getmachid("Tru64 UNIX"), 29);
+  EXPECT_EQ(getmachid("Windows NT (Alpha)"), 33);
+  EXPECT_EQ(getmachid("Solaris/UltraSPARC"), 45);
   EXPECT_EQ(getmachid("Linux/x86-64"), 52);
   EXPECT_EQ(getmachid("Android/ARM"), 59);
-  EXPECT_EQ(getmachid("X86-64(Ubuntu Linux)"), 64);
-  EXPECT_EQ(getmachid("Container(Red Hat Linux)"), 75);
+  EXPECT_EQ(getmachid("PDP 11 [obsolete]"), 1);
   EXPECT_EQ(getmachid("VAX (OpenVMS)  [obsolete]"), 2);
   EXPECT_EQ(getmachid("VAX (OpenVMS) [obsolete]"), 0);
+  EXPECT_EQ(getmachid("PA-RISC-32(HP UX)"), 19);
+  EXPECT_EQ(getmachid("SGI Irix [obsolete]"), 38);
+  EXPECT_EQ(getmachid("Itanium(HP UX)"), 49);
+  EXPECT_EQ(getmachid("X86-64(Ubuntu Linux)"), 64);
+  EXPECT_EQ(getmachid("Container(Red Hat Linux)"), 75);
   EXPECT_EQ(getmachid("Invalid Platform ID"), 0);
   EXPECT_EQ(getmachid(""), 0);
 }
 
-TEST(PlatformNames, AreFoundEachUnderItsOwnRow) {
+// The legacy names are looked up first, which no name can show.
+TEST(PlatformNames, StandInOneTableOnly) {
+  for (const LegacyName& row : qpxnames) EXPECT_EQ(std::count(std::begin(platname), std::end(platname), row.name), 0);
+}
+
+TEST(PlatformNames, StandInTheirTableOnce) {
   for (int id = 1; id < 76; ++id) EXPECT_EQ(getmachid(platname[id]), id);
   for (const LegacyName& row : qpxnames) EXPECT_EQ(getmachid(row.name), row.id);
 }

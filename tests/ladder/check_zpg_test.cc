@@ -55,6 +55,8 @@ TEST_F(WebApplications, ThatAreThereKeepTheirNumberAndValue) {
 }
 
 TEST_F(WebApplications, InTheOldLayoutAreRepaired) {
+  EXPECT_EQ(fixed("ZPGApp_9=/a,2,3,4,5,6,7,8,9,10,11,12,13,1,15,\n"),
+            "ZPGApp_9=/a,2,3,4,5,6,7,8,9,10,11,12,13,,0,1,,,0\n");
   EXPECT_EQ(fixed("ZPGApp_9=/a,2,3,4,5,6,7,8,9,10,11,12,13,1,15,16\n"),
             "ZPGApp_9=/a,2,3,4,5,6,7,8,9,10,11,12,13,,0,16,,,0\n");
   EXPECT_EQ(fixed("ZPGApp_9=/a,2,3,4,5,6,7,8,9,10,11,12,13,0,15,,17,18,1\n"),

@@ -56,12 +56,45 @@ TEST_F(Driver, TakesAVersionWithoutAStepOfItsOwn) {
   EXPECT_EQ(find("[Cluster]"), nullptr) << "step 5.3 does not";
 }
 
-TEST_F(Driver, ClimbsTheWholeLadderInItsOrder) {
-  EXPECT_TRUE(convert("3.11", current + "[Startup]\nDomainspaceMaster=YES\n[config]\n[Language]\nPhysicalCursor=1\n"));
-  EXPECT_EQ(getvalue("[Startup]", "DomainspaceMaster"), "1") << "the first step";
-  EXPECT_EQ(find("[Language]", "PhysicalCursor"), nullptr) << "the last step";
-  EXPECT_EQ(getvalue("[SqlSysDatatypes]", "BIT"), "%Library.Boolean") << "3.14 adds it, 3.2 and 4.2 change it";
-  EXPECT_EQ(find("[config]", "ttysiz"), nullptr) << "4.1 adds it, 4.2 deletes it";
+TEST_F(Driver, AppliesToEveryVersionAllStepsBehindItInTheirOrder) {
+  const std::string example = std::string(TOLVANE_SOURCE) + "/examples/server-3.11.qpx";
+  for (std::size_t version = 0; version + 1 < std::size(sVersions); ++version) {
+    given("");
+    load(example.c_str());
+    for (std::size_t later = version + 1; later < std::size(sVersions); ++later) {
+      for (const Step& step : ladder) {
+        if (step.version == sVersions[later]) step.apply();
+      }
+    }
+    delentry("[Com]", "Com");
+    const bool renamed = sVersions[version] != "5.44";
+    editentry("[config]", "overview", renamed ? "Linux/x86-64~UNIX~5.45" : "Linux/AMD64~UNIX~5.45");
+    const std::string expected = lines();
+
+    given("");
+    load(example.c_str());
+    testing::internal::CaptureStdout();
+    EXPECT_TRUE(convertconfig(sVersions[version]));
+    testing::internal::GetCapturedStdout();
+    EXPECT_EQ(lines(), expected) << sVersions[version];
+  }
+}
+
+TEST_F(Driver, RunsStep312ForA311FileOnly) {
+  const std::string file = current + "[Startup]\nDomainspaceMaster=YES\n[Net]\nNSBackupMaster=2\n";
+  EXPECT_TRUE(convert("3.11", file));
+  EXPECT_EQ(getvalue("[Startup]", "DomainspaceMaster"), "1,2");
+  EXPECT_EQ(find("[Net]", "NSBackupMaster"), nullptr);
+  EXPECT_TRUE(convert("3.13", file));
+  EXPECT_EQ(getvalue("[Startup]", "DomainspaceMaster"), "YES");
+  EXPECT_EQ(getvalue("[Net]", "NSBackupMaster"), "2");
+}
+
+TEST_F(Driver, RunsSteps535And536ForA534File) {
+  EXPECT_TRUE(convert("5.34", current + "implheap=100000,300000\n"));
+  EXPECT_EQ(getvalue("[Startup]", "WebServer"), "ON,8972") << "step 5.35";
+  EXPECT_EQ(getvalue("[config]", "locksiz"), "1179648") << "step 5.36";
+  EXPECT_EQ(find("[config]", "implheap"), nullptr) << "step 5.37 deletes what both have set";
 }
 
 TEST_F(Driver, WritesTheVersionIntoField3OfThePlatformRecord) {

@@ -117,7 +117,7 @@ TEST_F(Step41, SizesTerminalMemoryIn32Bits) {
   EXPECT_EQ(terminals("A~UNIX", "processes=100000000\n", "ttysiz=1000000000\n"), "ttysiz=1000000000\n");
 }
 
-TEST_F(Step41, KeepsRoutineBuffersOnVmsOnly) {
+TEST_F(Step41, TurnsRoutineBuffersIntoLockedOnesOnVmsAndDropsThemElsewhere) {
   EXPECT_EQ(config("4.1", "globals=1\nttysiz=3750\nrbufsiz=8,32\noverview=A~OpenVMS\n"),
             "globals=1,0,0,0,0,0\nttysiz=3750\noverview=A~OpenVMS\nrbuflock=8\n");
   EXPECT_EQ(config("4.1", "globals=1\nttysiz=3750\noverview=VMS\n"),

@@ -37,6 +37,17 @@ TEST_F(Step52, CountsThreeRunsUpToTheirGaps) {
             servers + "[config]\nLegacyNetConn=5\nMaxServers=2\nMaxServerConn=2\n");
 }
 
+TEST_F(Step52, CountsNothingWithoutLegacySections) {
+  EXPECT_EQ(converted("5.2", "[config]\n"), "[config]\nMaxServers=2\nMaxServerConn=2\nLegacyNetConn=0\n");
+}
+
+TEST_F(Step52, KeepsACountOf8BesideFiveConnections) {
+  const std::string servers =
+      "[DSM-DDP]\nNetIsDDP_1=a\nNetIsDDP_2=b\n[Data Servers]\nNetIsUDP_1=c\nNetIsEther_1=d\nNetIsEther_2=e\n";
+  EXPECT_EQ(converted("5.2", servers + "[config]\nLegacyNetConn=8\n"),
+            servers + "[config]\nLegacyNetConn=8\nMaxServers=2\nMaxServerConn=2\n");
+}
+
 TEST_F(Step52, KeepsACountThatIsLargeEnough) {
   const std::string servers = "[DSM-DDP]\nNetIsDDP_1=a\n";
   EXPECT_EQ(converted("5.2", servers + "[config]\nLegacyNetConn=8\n"),

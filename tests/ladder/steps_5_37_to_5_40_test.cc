@@ -42,7 +42,14 @@ TEST_F(Step537, AddsRoutinesAndConsoleLogWhenTheyAreMissing) {
   EXPECT_EQ(converted("5.37", "[Startup]\n[config]\n"), "[Startup]\nmaxconsolelogsize=5\n[config]\nroutines=0\n");
 }
 
-TEST_F(Step537, DeletesTheHeap) { EXPECT_EQ(config("implheap=131072\nroutines=0\n"), "routines=0\n"); }
+TEST_F(Step537, DeletesTheImplheapThatStep536HasSet) {
+  const std::string before =
+      converted("5.36", "[Startup]\nmaxconsolelogsize=0\n[config]\nroutines=0\nlocksiz=1179648\n");
+  EXPECT_EQ(before, "[Startup]\nmaxconsolelogsize=0\n[config]\nroutines=0\nlocksiz=1179648\nimplheap=131072\n");
+  EXPECT_EQ(converted("5.37", before), "[Startup]\nmaxconsolelogsize=0\n[config]\nroutines=0\nlocksiz=1179648\n");
+}
+
+TEST_F(Step537, DeletesImplheap) { EXPECT_EQ(config("implheap=131072\nroutines=0\n"), "routines=0\n"); }
 
 TEST_F(Step539, AppendsTheDirectoriesAlsoBesideExistingOnes) {
   EXPECT_EQ(converted("5.39", "[Journal]\nCurrentDirectory=/j/\n[A]\n"),

@@ -60,7 +60,7 @@ TEST_F(Step53, WritesNoSummaryWhereNoneWasButTheClusterAddress) {
             "[config]\n[Data Servers]\nNetIsUDP_1=a,7\n[Cluster]\nClusterCommAddr=\n");
 }
 
-TEST_F(Step532, DropsJournalSetsKills) {
+TEST_F(Step532, DropsJournalSetsKillsAndJournalsNewGlobalsForAValueOf2) {
   EXPECT_EQ(converted("5.32", "[Startup]\nJournalSetsKills=2,x\n[Miscellaneous]\nJrnlNewGlo=0\n"),
             "[Startup]\n[Miscellaneous]\nJrnlNewGlo=1\n");
   EXPECT_EQ(converted("5.32", "[Startup]\nJournalSetsKills=12\n[Miscellaneous]\nJrnlNewGlo=0\n"),
@@ -97,13 +97,13 @@ TEST_F(Step535, AddsAWebServerBesideAnExistingOne) {
             "[config]\nimplheap=131072\n[Startup]\nWebServer=OFF\nWebServer=ON,8972\n");
 }
 
-TEST_F(Step535, TakesTheHeapsSecondFieldIfItHasOne) {
+TEST_F(Step535, TakesImplheapsSecondFieldIfItHasOne) {
   EXPECT_EQ(step535("implheap=65536,262144\n"), "implheap=262144\n");
   EXPECT_EQ(step535("implheap=262144\n"), "implheap=262144\n");
   EXPECT_EQ(step535("implheap=1,200000 b,3\n"), "implheap=200000 b\n");
 }
 
-TEST_F(Step535, RaisesTheHeap) {
+TEST_F(Step535, RaisesImplheap) {
   EXPECT_EQ(step535("implheap=65536\n"), "implheap=131072\n");
   EXPECT_EQ(step535("implheap=262144,\n"), "implheap=131072\n");
   EXPECT_EQ(step535("implheap\n"), "implheap=131072\n");
@@ -123,7 +123,7 @@ std::string locktable(const std::string& lines) {
   return behind(head, converted("5.36", "[config]\nimplheap=,131072\n" + lines));
 }
 
-TEST_F(Step536, TakesTheHeapsSecondFieldWhetherItHasOneOrNot) {
+TEST_F(Step536, TakesImplheapsSecondFieldWhetherItHasOneOrNot) {
   EXPECT_EQ(converted("5.36", "[config]\nimplheap=200000\nlocksiz=1179648\n"),
             "[config]\nimplheap=131072\nlocksiz=1179648\n");
   EXPECT_EQ(converted("5.36", "[config]\nimplheap=1,200000\nlocksiz=1179648\n"),
@@ -131,13 +131,13 @@ TEST_F(Step536, TakesTheHeapsSecondFieldWhetherItHasOneOrNot) {
   EXPECT_EQ(converted("5.36", "[config]\nlocksiz=1179648\n"), "[config]\nlocksiz=1179648\nimplheap=131072\n");
 }
 
-TEST_F(Step536, MovesTheLockTablesShortfallIntoTheHeap) {
+TEST_F(Step536, MovesTheLockTablesShortfallIntoGmheap) {
   EXPECT_EQ(locktable("locksiz=1048576\ngmheap=3000\n"), "locksiz=1179648\ngmheap=3128\n");
   EXPECT_EQ(locktable("locksiz=1179647\ngmheap=3000 kb\n"), "locksiz=1179648\ngmheap=3000\n");
   EXPECT_EQ(locktable("locksiz=x\ngmheap=0\n"), "locksiz=1179648\ngmheap=1152\n");
 }
 
-TEST_F(Step536, AddsTheHeapThatIsMissing) {
+TEST_F(Step536, AddsAGmheapThatIsMissing) {
   EXPECT_EQ(locktable("locksiz=1\n"), "locksiz=1179648\ngmheap=3200\n");
   EXPECT_EQ(locktable(""), "locksiz=1179648\ngmheap=3200\n");
 }
@@ -147,7 +147,7 @@ TEST_F(Step536, LeavesALargeLockTableAlone) {
   EXPECT_EQ(locktable("locksiz=2000000\n"), "locksiz=2000000\n");
 }
 
-TEST_F(Step536, RaisesTheHeapBesideAMissingLockTable) {
+TEST_F(Step536, RaisesGmheapBesideAMissingLockTable) {
   EXPECT_EQ(locktable("gmheap=3199\n"), "gmheap=3200\nlocksiz=1179648\n");
   EXPECT_EQ(locktable("gmheap=3201 kb\n"), "gmheap=3201 kb\nlocksiz=1179648\n");
 }
@@ -157,7 +157,7 @@ TEST_F(Step536, WrapsTheShortfallTo32Bits) {
   EXPECT_EQ(locktable("locksiz=-2147483648\ngmheap=0\n"), "locksiz=1179648\ngmheap=-2096000\n");
 }
 
-TEST_F(Step536, LosesWhatTheStepBeforeKept) {
+TEST_F(Step536, LosesTheImplheapThatStep535HasKept) {
   given("[config]\nimplheap=100000,300000\nlocksiz=1179648\n[Startup]\n");
   const std::string before = converted("5.35", lines());
   EXPECT_EQ(before, "[config]\nimplheap=300000\nlocksiz=1179648\n[Startup]\nWebServer=ON,8972\n");

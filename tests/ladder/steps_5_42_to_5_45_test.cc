@@ -57,6 +57,12 @@ TEST_F(Step543, SetsOrAddsTwoDataTypes) {
             "[Miscellaneous]\n");
 }
 
+TEST_F(Step543, ChangesOnlyTheLoginNamespaceAndTwoDataTypesOnUnix) {
+  EXPECT_EQ(
+      converted("5.43", "[config]\noverview=A~UNIX\nrbufsiz=8\nroutines=100\n[Miscellaneous]\nDefLoginNSP=USER\nx=1\n"),
+      "[config]\noverview=A~UNIX\nrbufsiz=8\nroutines=100\n[Miscellaneous]\nx=1\n" + types);
+}
+
 TEST_F(Step543, LeavesRoutineBuffersAloneExceptOnVms) {
   EXPECT_EQ(config("UNIX", "rbufsiz=8\n"), "rbufsiz=8\n");
   EXPECT_EQ(config("OpenVMS", "rbufsiz=8\n"), "rbufsiz=8\n");

@@ -98,6 +98,11 @@ TEST_F(Network312, CutsDatabasesToFiveFields) {
             "DataSet_7=a,b,c,d,e,f\nDataSet_6=VELMTEMP,velmtemp,,0,P,0,0\n");
 }
 
+TEST_F(Network312, KeepsADatabaseOfFewerThanFiveFieldsWhole) {
+  EXPECT_EQ(network("3.12", "[DataSets]\nDataSet_1=a,b,c,d\n"),
+            "[Datasets]\nDataSet_1=a,b,c,d\nDataSet_2=VELMTEMP,velmtemp,,0,P,0,0\n");
+}
+
 TEST_F(Network312, MovesTheNamespaces) {
   EXPECT_EQ(network("3.12", "[Datasets]\n[Namespace]\nNsp~1=a~b~c\nNsp~3=lost\nx=1\n"),
             "[Datasets]\nDataSet_1=VELMTEMP,velmtemp,,0,P,0,0\n[Namespaces]\nNsp_1=a,b,c,,,,VELMTEMP\n");
@@ -159,19 +164,20 @@ TEST_F(Network312, EndsForAServerThatPaddingMakesTooLong) {
 }
 
 TEST_F(NetworkLadder, RunsThreeStepsFor204) {
-  given("[Net]\nNetIsEther_1=a~b~c\n[DataSets]\n[Namespace]\n");
+  given("[Net]\nNetIsEther_1=a~b~c\n[DataSets]\nDataSet_1=SYS$M,SYS$C\n[Namespace]\n");
   convertnetwork("2.04");
-  EXPECT_EQ(lines(),
-            "[Net]\n[Datasets]\nDataSet_1=VELMLIB,velmlib,,0,P\nDataSet_2=VELMTEMP,velmtemp,,0,P,0,0\n"
-            "[Data Servers]\nNetIsEther_1=a,b,c,,0\n");
+  EXPECT_EQ(
+      lines(),
+      "[Net]\n[Datasets]\nDataSet_1=VELMSYS,VELMSYS\nDataSet_2=VELMLIB,velmlib,,0,P\nDataSet_3=VELMTEMP,velmtemp,,0,P,0,0\n"
+      "[Data Servers]\nNetIsEther_1=a,b,c,,0\n");
 }
 
 TEST_F(NetworkLadder, RunsAllStepsFor203AndLeavesTheSecondEthernetServer) {
-  given("[Net]\nNetIsEther_1=a~b~c\n[DataSets]\n[Namespace]\n");
+  given("[Net]\nNetIsEther_1=a~b~c\n[DataSets]\nDataSet_1=SYS$M,SYS$C\n[Namespace]\n");
   convertnetwork("2.03");
   EXPECT_EQ(lines(),
-            "[Net]\nNetIsEther_1=a~~b~c\n[Datasets]\nDataSet_1=VELMLIB,velmlib,,0,P\n"
-            "DataSet_2=VELMTEMP,velmtemp,,0,P,0,0\n[Data Servers]\nNetIsEther_1=a,b,c,,0\n");
+            "[Net]\nNetIsEther_1=a~~b~c\n[Datasets]\nDataSet_1=VELMSYS,VELMSYS\nDataSet_2=VELMLIB,velmlib,,0,P\n"
+            "DataSet_3=VELMTEMP,velmtemp,,0,P,0,0\n[Data Servers]\nNetIsEther_1=a,b,c,,0\n");
 }
 
 TEST_F(NetworkLadder, ChangesNothingForLaterAndUnknownVersions) {

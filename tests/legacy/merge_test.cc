@@ -136,6 +136,11 @@ TEST_F(Merge, TestsTheSystemFileBeforeItOpensTheNetworkFile) {
   EXPECT_EQ(run({"merge", "a.qpx", "c", "n"}), (Outcome{0, badsystem}));
 }
 
+TEST_F(Merge, CreatesATargetThatDoesNotExist) {
+  EXPECT_EQ(merge(goodsystem, goodnetwork), (Outcome{1, ""}));
+  EXPECT_TRUE(contents(folder / "a.qpx").starts_with("[ConfigFile]\nVersion=5.45\n"));
+}
+
 TEST_F(Merge, ReplacesTheTargetWithoutReadingIt) {
   write(folder / "a.qpx", std::string(10000, 'x'));
   write(folder / "a.qpx_tmp", "stale");

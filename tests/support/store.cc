@@ -26,7 +26,7 @@ void clear() {
 }  // namespace
 
 void given(std::string_view lines) {
-  while (start != nullptr) discard(start);
+  clear();
   while (!lines.empty()) {
     const std::size_t end = lines.find('\n');
     Line* const line = makeentry();

@@ -11,7 +11,7 @@
 
 namespace tolvane::test {
 
-/// Replaces the store by these lines, each ended by a newline, none of them blank.
+/// Replaces the store by these lines, each ended by a newline, none of them blank, and empties the pair lists.
 void given(std::string_view lines);
 
 /// The store as lines, each ended by a newline; fails the test when its links do not hold together.
