@@ -1,12 +1,14 @@
 #include "document/outputfile.h"
 
 #include <fcntl.h>
+#include <linux/limits.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
-#include <memory>
+#include <cstring>
 #include <string>
 
 #include "document/ends.h"
@@ -39,22 +41,16 @@ bool sync(int file) {
   return true;
 }
 
-/// Copies one extended attribute, if the caller may.
-void copyattribute(const char* model, int file, const char* name) {
-  const ssize_t size = getxattr(model, name, nullptr, 0);
-  if (size < 0) return;
-  std::string value(static_cast<std::size_t>(size), '\0');
-  if (getxattr(model, name, value.data(), value.size()) == size)
-    (void)fsetxattr(file, name, value.data(), value.size(), 0);
-}
-
+/// Copies the extended attributes, those that the caller may.
 void copyattributes(const char* model, int file) {
-  const ssize_t size = listxattr(model, nullptr, 0);
-  if (size <= 0) return;
-  std::string names(static_cast<std::size_t>(size), '\0');
-  if (listxattr(model, names.data(), names.size()) != size) return;
-  for (std::size_t begin = 0; begin < names.size(); begin = names.find('\0', begin) + 1) {
-    copyattribute(model, file, &names[begin]);
+  std::array<char, XATTR_LIST_MAX> names;
+  std::array<char, XATTR_SIZE_MAX> value;
+  const ssize_t length = listxattr(model, names.data(), names.size());
+  for (ssize_t begin = 0; begin < length;) {
+    const char* const name = &names[static_cast<std::size_t>(begin)];
+    const ssize_t size = getxattr(model, name, value.data(), value.size());
+    if (size >= 0) (void)fsetxattr(file, name, value.data(), static_cast<std::size_t>(size), 0);
+    begin += static_cast<ssize_t>(std::strlen(name)) + 1;
   }
 }
 
