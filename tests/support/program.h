@@ -41,10 +41,10 @@ class ProgramTest : public testing::Test {
   /// The same, run by another command line that ends with the program's.
   [[nodiscard]] Outcome runby(std::vector<std::string> commandline, const std::vector<std::string>& words) const;
 
-  std::filesystem::path folder;
-
- private:
+  /// Runs a whole command line in the test's folder.
   [[nodiscard]] Outcome spawn(std::vector<std::string> commandline) const;
+
+  std::filesystem::path folder;
 };
 
 }  // namespace tolvane::test
