@@ -1,5 +1,6 @@
 #include "document/outputfile.h"
 
+#include <grp.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -28,6 +29,21 @@ class OutputFile : public ProgramTest {
       return end.message;
     }
     return "";
+  }
+
+  static constexpr unsigned nobody = 65534;
+
+  /// The same in a process of an ordinary user.
+  void createasnobody() const {
+    fs::permissions(folder, fs::perms{0777});
+    const pid_t child = fork();
+    if (child == 0) {
+      const bool other = setgroups(0, nullptr) == 0 && setgid(nobody) == 0 && setuid(nobody) == 0;
+      _exit(other && create("a\n").empty() ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_EQ(status, 0);
   }
 
   [[nodiscard]] std::string cannotopen() const {
@@ -93,18 +109,24 @@ TEST_F(OutputFile, GetsTheOwnerOfItsModel) {
   EXPECT_EQ(mode("new"), 0660U);
 }
 
+TEST_F(OutputFile, KeepsTheGroupOfItsModelWhereTheOwnerCannotBeKept) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root becomes somebody else";
+  write(folder / "model", "");
+  ASSERT_EQ(chown((folder / "model").c_str(), 0, nobody), 0);
+  fs::permissions(folder / "model", fs::perms{0664});
+  createasnobody();
+  struct stat status = {};
+  ASSERT_EQ(stat((folder / "new").c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, nobody);
+  EXPECT_EQ(status.st_gid, nobody);
+  EXPECT_EQ(mode("new"), 0664U);
+}
+
 TEST_F(OutputFile, IsOpenToNoOtherGroupThanItsModel) {
   if (geteuid() != 0) GTEST_SKIP() << "only root becomes somebody else";
   write(folder / "model", "");
   fs::permissions(folder / "model", fs::perms{0664});
-  fs::permissions(folder, fs::perms{0777});
-  const pid_t child = fork();
-  if (child == 0) {
-    _exit(setgid(65534) == 0 && setuid(65534) == 0 && create("a\n").empty() ? 0 : 1);
-  }
-  int status = -1;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_EQ(status, 0);
+  createasnobody();
   EXPECT_EQ(mode("new"), 0644U) << "its group is another one, and that could only read the model";
 }
 

@@ -140,6 +140,14 @@ TEST(Ladder, HasItsStepsInTheirOrder) {
 }
 
 TEST(Ladder, MustAscendAlongKnownVersions) {
+  constexpr Step second[] = {
+      {"2.01", nullptr}
+  };
+  constexpr Step oldest[] = {
+      {"2.0", nullptr}
+  };
+  EXPECT_TRUE(ascends(second));
+  EXPECT_FALSE(ascends(oldest)) << "no file is older";
   constexpr Step good[] = {
       {"3.12", nullptr},
       {"3.2",  nullptr}
