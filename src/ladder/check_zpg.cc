@@ -85,20 +85,17 @@ bool deletefirst(std::string_view path, int count) {
 
 /// Closes the gaps among the applications 1 to `count`; those that get another number move to the end of the section,
 /// or into the line of that number where a duplicate has left one.
-bool renumber(int count) {
+void renumber(int count) {
   const Line* const header = find(section);
-  bool changed = false;
   for (int n = 1, k = 1; n <= count; ++n) {
     Line* const line = numbered(header, prefix, n);
     if (line == nullptr) continue;
     if (k != n) {
       putentry(section, Text(prefix, k), Text(valueof(*line)));
       discard(line);
-      changed = true;
     }
     ++k;
   }
-  return changed;
 }
 
 }  // namespace
@@ -109,7 +106,7 @@ bool check_zpg(bool refresh) {
   if (!refresh) return changed;
   const int count = countseries(section, prefix);
   for (const std::string_view path : zpgdel) changed |= deletefirst(path, count);
-  changed |= renumber(count);
+  renumber(count);  // only what was just deleted has left gaps
   return changed;
 }
 
