@@ -54,6 +54,12 @@ class Faults : public ProgramTest, public testing::WithParamInterface<Scenario> 
   Faults() : log_(folder.string() + ".strace") {}
   ~Faults() override { fs::remove(log_); }
 
+  void SetUp() override {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizers bear neither a tracer nor another malloc";
+#endif
+  }
+
   /// Puts the scenario's files, and only them, into the folder.
   void prepare() const {
     for (const fs::directory_entry& entry : fs::directory_iterator(folder)) fs::remove_all(entry.path());
@@ -122,9 +128,6 @@ class Faults : public ProgramTest, public testing::WithParamInterface<Scenario> 
 };
 
 TEST_P(Faults, OfSystemCallsLoseNothing) {
-#ifdef __SANITIZE_ADDRESS__
-  GTEST_SKIP() << "the leak sanitizer cannot run under a tracer";
-#endif
   int faults = 0;
   for (const Call& call : calls()) {
     for (const char* error : {"ENOSPC", "EIO", "EACCES", "EROFS", "EINTR"}) {
@@ -148,9 +151,6 @@ TEST_P(Faults, OfSystemCallsLoseNothing) {
 }
 
 TEST_P(Faults, OfBeingKilledLoseNothing) {
-#ifdef __SANITIZE_ADDRESS__
-  GTEST_SKIP() << "the leak sanitizer cannot run under a tracer";
-#endif
   // Written straight over, this file may be half old and half new while it is being written.
   const bool inplace = GetParam().words[0] == "setparameter";
   for (const Call& call : calls()) {
@@ -164,9 +164,6 @@ TEST_P(Faults, OfBeingKilledLoseNothing) {
 }
 
 TEST_P(Faults, OfPowerFindTheFileSynced) {
-#ifdef __SANITIZE_ADDRESS__
-  GTEST_SKIP() << "the leak sanitizer cannot run under a tracer";
-#endif
   std::vector<std::string> order;
   for (const Call& call : calls()) {
     if (call.name == "write" || call.name == "fsync" || call.name == "rename") order.push_back(call.name);
@@ -183,9 +180,6 @@ TEST_P(Faults, OfPowerFindTheFileSynced) {
 }
 
 TEST_P(Faults, OfMemoryLoseNothing) {
-#ifdef __SANITIZE_ADDRESS__
-  GTEST_SKIP() << "the sanitizer has its own malloc";
-#endif
   int failed = 0;
   for (int n = 1; n < 200; ++n) {
     prepare();

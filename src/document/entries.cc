@@ -33,6 +33,12 @@ Line* nextinsection(const Line* line) {
   return next == nullptr || next->text.first() == '[' ? nullptr : next;
 }
 
+std::size_t countlines(const Line* header) {
+  std::size_t lines = 0;
+  while (header != nullptr && (header = nextinsection(header)) != nullptr) ++lines;
+  return lines;
+}
+
 Line* find(std::string_view section) {
   Line* line = start;
   while (line != nullptr && line->text != section) line = line->next;
@@ -88,7 +94,7 @@ void saveentry(std::string_view section, std::string_view key, std::string_view 
   Line* header = find(section);
   if (header == nullptr) header = newsection(section);
   Line* const place = lastinsection(header);
-  const Text entry{key, '=', value};
+  const Text entry{key, '=', value};  // before the line: one that is too long leaves none behind
   Line* const line = makeentry();
   line->text = entry;
   insertafter(place, line);

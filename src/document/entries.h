@@ -27,6 +27,9 @@ void rewrite(Line& line, std::string_view key, std::string_view value);
 /// The line behind this one, none when that is a section header or the end of the store.
 Line* nextinsection(const Line* line);
 
+/// How many lines stand below a header, up to the next one; 0 when the header is none.
+std::size_t countlines(const Line* header);
+
 /// The header line of the section, or none.
 Line* find(std::string_view section);
 

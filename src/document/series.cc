@@ -22,8 +22,7 @@ int numberof(const Line& line, std::string_view prefix) {
 }
 
 std::vector<Line*> series(const Line* header, std::string_view prefix) {
-  std::size_t lines = 0;
-  for (const Line* line = header; line != nullptr; line = nextinsection(line)) ++lines;
+  const std::size_t lines = countlines(header);
   std::vector<Line*> entries(lines);  // by number; one that is beyond them cannot be reached without a gap
   for (Line* line = header == nullptr ? nullptr : nextinsection(header); line != nullptr; line = nextinsection(line)) {
     const auto number = static_cast<std::size_t>(numberof(*line, prefix));

@@ -54,8 +54,7 @@ struct Mapping {
 using Mappings = std::vector<std::vector<Mapping>>;
 
 Mappings mappingsbelow(const Line* header) {
-  std::size_t lines = 0;
-  for (const Line* line = header; line != nullptr; line = nextinsection(line)) ++lines;
+  const std::size_t lines = countlines(header);
   Mappings mappings(lines + 2);  // a number beyond the lines cannot be reached without a gap, and one is looked ahead
   int place = 0;
   for (Line* line = nextinsection(header); line != nullptr; line = nextinsection(line)) {

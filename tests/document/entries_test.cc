@@ -41,6 +41,14 @@ TEST_F(Entries, FindSeesOnlyTheFirstSectionAndEntryOfAName) {
   EXPECT_EQ(find("[A]", "y"), nullptr);
 }
 
+TEST_F(Entries, CountlinesCountsUpToTheNextHeader) {
+  given("[A]\na\n=b\n[B]\n[C]\nc\n");
+  EXPECT_EQ(countlines(find("[A]")), 2U);
+  EXPECT_EQ(countlines(find("[B]")), 0U);
+  EXPECT_EQ(countlines(find("[C]")), 1U);
+  EXPECT_EQ(countlines(nullptr), 0U);
+}
+
 TEST_F(Entries, FindKnowsTheEmptyKey) {
   given("[A]\na=1\n=x\n");
   EXPECT_EQ(textof(find("[A]", "")), "=x");
