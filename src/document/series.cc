@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 
 #include "document/entries.h"
 #include "document/fields.h"
@@ -11,9 +12,9 @@ namespace tolvane {
 Line* numbered(const Line* header, std::string_view prefix, int n) { return findbelow(header, Text(prefix, n)); }
 
 int numberof(const Line& line, std::string_view prefix) {
-  std::string_view digits = line.text;
-  if (!digits.starts_with(prefix)) return 0;
-  digits = keyof(line).substr(prefix.size());
+  if (std::strncmp(line.text.c_str(), prefix.data(), prefix.size()) != 0) return 0;
+  const std::string_view key = keyof(line);
+  const std::string_view digits = key.substr(std::min(prefix.size(), key.size()));
   int number = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
   const bool whole = error == std::errc{} && end == digits.data() + digits.size();

@@ -46,6 +46,12 @@ TEST_F(Series, KnowsTheNumberOfAnEntry) {
   EXPECT_EQ(numbers, (std::vector<int>{12, 12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2147483647}));
 }
 
+TEST_F(Series, HasNoEntriesWhereThePrefixHoldsAnEqualsSign) {
+  given("[S]\nN=_1=x\n");
+  EXPECT_EQ(numberof(*last, "N=_"), 0);
+  EXPECT_EQ(countseries("[S]", "N=_"), 0);
+}
+
 TEST_F(Series, IsWhatEachLookUpFindsOnRandomSections) {
   std::mt19937 random(1);
   for (int round = 0; round < 2000; ++round) {

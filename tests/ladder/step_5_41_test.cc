@@ -89,6 +89,11 @@ TEST_F(Step541, KeepsTheOrderOfTheLines) {
             "[NspMap.USER]\nGloMap_2=c\nRouMap_1=r\nGloMap_1=a\n; note\nGloMap_3=d,e=f\n");
 }
 
+TEST_F(Step541, KeepsSubscriptMappingsOfAGlobalWithAnEqualsSignWhichNoKeyHolds) {
+  EXPECT_EQ(mappings("GloMap_1=odd=x,1\nGloMap_2=a\nGloSLM_odd=x_1=5\n"),
+            "[NspMap.USER]\nGloMap_1=a\nGloSLM_odd=x_1=5\n");
+}
+
 TEST_F(Step541, DeletesASectionOfDroppedMappingsOnly) {
   EXPECT_EQ(mappings("GloMap_1=odd,x\nGloMap_2=rINDEXCLASS\nGloMap_3=mdd\n[B]\n"), "[B]\n");
   EXPECT_EQ(mappings("GloMap_1=oddX,x\n"), "");
@@ -142,42 +147,84 @@ TEST_F(Step541, RenumbersManyMappings) {
   EXPECT_EQ(mappings(before), after);
 }
 
-// The clean-up of one section as it reads, each look-up from the header: what the step does faster.
-void cleanliterally(const std::string& section) {
+// The clean-up as it reads, each look-up from the top: what the step does faster.
+void dropliterally(const std::string& section, int k) {
   const auto entry = [&](const std::string& key) { return find(section, key); };
   const auto mapping = [](int n) { return "GloMap_" + std::to_string(n); };
-  for (int k = 1; entry(mapping(k)) != nullptr;) {
-    const Text global = getfield(getvalue(section, mapping(k)), 1, ',');
-    if (!global.view().starts_with("odd") && global != "rINDEXCLASS" && global != "mdd") {
+  const std::string prefix = "GloSLM_" + std::string(getfield(getvalue(section, mapping(k)), 1, ',')) + "_";
+  for (int n = 1; entry(prefix + std::to_string(n)) != nullptr; ++n) delentry(section, prefix + std::to_string(n));
+  delentry(section, mapping(k));
+  int i = k;
+  for (; entry(mapping(i + 1)) != nullptr; ++i) renametag(section, mapping(i + 1), mapping(i));
+  delentry(section, mapping(i));
+}
+
+void cleanliterally(const std::string& section) {
+  for (int k = 1;;) {
+    const Line* const line = find(section, Text("GloMap_", k));
+    if (line == nullptr) return;
+    const Text global = getfield(valueof(*line), 1, ',');
+    if (global.view().starts_with("odd") || global == "rINDEXCLASS" || global == "mdd") {
+      dropliterally(section, k);
+    } else {
       ++k;
-      continue;
     }
-    const std::string prefix = "GloSLM_" + std::string(global) + "_";
-    for (int n = 1; entry(prefix + std::to_string(n)) != nullptr; ++n) delentry(section, prefix + std::to_string(n));
-    delentry(section, mapping(k));
-    int i = k;
-    for (; entry(mapping(i + 1)) != nullptr; ++i) renametag(section, mapping(i + 1), mapping(i));
-    delentry(section, mapping(i));
   }
+}
+
+void cleanallliterally() {
+  for (int n = 1; const Line* const line = find("[Namespaces]", Text("Nsp_", n)); ++n) {
+    const std::string section = "[NspMap." + std::string(getfield(valueof(*line), 1, ',')) + "]";
+    if (find(section, "GloMap_1") == nullptr) continue;
+    cleanliterally(section);
+    Text key;
+    getnexttagname(section, key);
+    if (key.empty()) delsection(section);
+  }
+}
+
+/// A line of a mapping section or of the list of namespaces, with duplicates and gaps.
+std::string randomline(std::mt19937& random) {
+  const std::vector<std::string> globals{"odd", "a", "mdd", "b", "oddx"};
+  const std::string& global = globals[random() % globals.size()];
+  const std::string number = std::to_string(1 + random() % 6);
+  switch (random() % 12) {
+    case 0:
+      return "=x\n";
+    case 1:
+      return "Nsp_" + number + "=" + "MNO"[random() % 3] + ",x\n";
+    case 2:
+    case 3:
+      return "GloSLM_" + global + "_" + number + "\n";
+    case 4:
+      return "GloMap_" + number + "\n";
+    default:
+      return "GloMap_" + number + "=" + global + ",x\n";
+  }
+}
+
+std::string randomsections(std::mt19937& random) {
+  std::string text = "[Namespaces]\nNsp_1=N\nNsp_2=M\n";
+  for (const char* header : {"[NspMap.N]\n", "[NspMap.M]\n", "[NspMap.N]\nkept=1\n", "[Namespaces]\n"}) {
+    if (random() % 4 == 0) continue;
+    text += header;
+    for (std::size_t line = random() % 14; line > 0; --line) text += randomline(random);
+  }
+  return text;
 }
 
 TEST_F(Step541, DoesWithRandomSectionsWhatTheLiteralProcedureDoes) {
   std::mt19937 random(1);
-  const std::vector<std::string> globals{"odd", "a", "mdd", "b", "oddx"};
-  for (int round = 0; round < 5000; ++round) {
-    std::string text = "[NspMap.N]\nkept=1\n";
-    for (std::size_t line = random() % 14; line > 0; --line) {
-      const std::string& global = globals[random() % globals.size()];
-      const bool subscript = random() % 4 == 0;
-      text += (subscript ? "GloSLM_" + global + "_" : "GloMap_") + std::to_string(1 + random() % 6);
-      if (random() % 8 != 0) text += "=" + global + ",x";
-      text += "\n";
-    }
+  int changed = 0;
+  for (int round = 0; round < 10000; ++round) {
+    const std::string text = randomsections(random);
     given(text);
-    if (find("[NspMap.N]", "GloMap_1") != nullptr) cleanliterally("[NspMap.N]");
+    cleanallliterally();
     const std::string expected = lines();
-    EXPECT_EQ(step541("[Namespaces]\nNsp_1=N\n" + text), "[Namespaces]\nNsp_1=N\n" + expected) << text;
+    changed += text == expected ? 0 : 1;
+    ASSERT_EQ(step541(text), expected) << text;
   }
+  EXPECT_GT(changed, 5000);
 }
 
 TEST_F(Step541, CleansThousandsOfMappings) {

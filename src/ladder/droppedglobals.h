@@ -1,0 +1,11 @@
+// The global mappings of globals that the server no longer has: their clean-up in every namespace, part of step "5.41".
+#pragma once
+
+namespace tolvane {
+
+/// Deletes, in the mapping section of each namespace up to the first gap in their numbers, the mappings of dropped
+/// globals and their subscript-level mappings, closes the gaps, and deletes a section that is left without entries. A
+/// section without a mapping number 1 stays as it is.
+void dropglobals();
+
+}  // namespace tolvane
