@@ -1,17 +1,11 @@
 #include "document/fields.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdlib>
-#include <cstring>
-#include <new>
 
 #include "document/entries.h"
 #include "document/numbers.h"
 
 namespace tolvane {
-
-Pair* pairs[2] = {nullptr, nullptr};
 
 namespace {
 
@@ -105,28 +99,6 @@ void minvalue(std::string_view section, std::string_view key, std::string_view m
   } else if (number(Text(minimum)) > number(Text(valueof(*line)))) {
     rewrite(*line, key, minimum);
   }
-}
-
-int addpair(std::string_view first, std::string_view second, int list) {
-  std::array<char, 1026> text;
-  if (first.size() + 1 + second.size() >= text.size()) throw TextTooLong{};
-  char* const comma = std::copy(first.begin(), first.end(), text.begin());
-  *comma = ',';
-  *std::copy(second.begin(), second.end(), comma + 1) = '\0';
-
-  Pair** place = &pairs[list == 0 ? 0 : 1];
-  for (; *place != nullptr; place = &(*place)->next) {
-    if (std::strcmp((*place)->text, text.data()) == 0) return 0;
-  }
-  char* const copy = strdup(text.data());
-  void* const node = std::malloc(sizeof(Pair));
-  if (copy == nullptr || node == nullptr) {
-    std::free(copy);
-    std::free(node);
-    throw std::bad_alloc{};
-  }
-  *place = new (node) Pair{copy, nullptr};
-  return 1;
 }
 
 }  // namespace tolvane

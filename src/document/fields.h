@@ -1,5 +1,4 @@
-// Fields and values: values that are lists of fields joined by a one-character separator, numeric minimums, the
-// comparison of versions, and the lists of distinct pairs.
+// Fields and values: values that are lists of fields joined by a one-character separator, and numeric minimums.
 //
 // Fields are numbered from 1, and a number below 1 means 1. A value has one field more than it has separators, so the
 // empty value has one empty field. Results that would be longer than 511 characters throw TextTooLong. An output may
@@ -47,16 +46,5 @@ void alphaupper(std::string_view source, Text& output);
 /// Sets the entry to the minimum, a decimal text, when its number is smaller: its whole value, so that further fields
 /// go. Adds it when it is missing.
 void minvalue(std::string_view section, std::string_view key, std::string_view minimum);
-
-/// The two lists of distinct pairs, which only grow: each node holds a heap copy of "first,second".
-struct Pair {
-  char* text;
-  Pair* next;
-};
-extern Pair* pairs[2];
-
-/// Adds "first,second" to pair list 0 or 1 (any other number counts as 1) unless it is in it already. 1 when it was
-/// added, else 0. The text has at most 1025 characters, or TextTooLong is thrown.
-int addpair(std::string_view first, std::string_view second, int list);
 
 }  // namespace tolvane

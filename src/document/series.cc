@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <utility>
 
 #include "document/entries.h"
 #include "document/fields.h"
@@ -23,11 +24,13 @@ int numberof(const Line& line, std::string_view prefix) {
 }
 
 std::vector<Line*> series(const Line* header, std::string_view prefix) {
-  const std::size_t lines = countlines(header);
-  std::vector<Line*> entries(lines);  // by number; one that is beyond them cannot be reached without a gap
-  for (Line* line = header == nullptr ? nullptr : nextinsection(header); line != nullptr; line = nextinsection(line)) {
-    const auto number = static_cast<std::size_t>(numberof(*line, prefix));
-    if (number > 0 && number <= lines && entries[number - 1] == nullptr) entries[number - 1] = line;
+  std::vector<std::pair<std::size_t, Line*>> found;
+  for (Line* line = below(header); line != nullptr; line = nextinsection(line)) {
+    if (const int number = numberof(*line, prefix)) found.emplace_back(number, line);
+  }
+  std::vector<Line*> entries(found.size());  // by number; one that is beyond them cannot be reached without a gap
+  for (const auto& [number, line] : found) {
+    if (number <= entries.size() && entries[number - 1] == nullptr) entries[number - 1] = line;
   }
   entries.erase(std::find(entries.begin(), entries.end(), nullptr), entries.end());
   return entries;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 #include <vector>
 
 #include "document/entries.h"
@@ -41,7 +42,7 @@ bool dropped(const Line* mapping) {
 /// 10,000 mappings with as many of these took 120 times the instructions.
 Index subscriptmappings(const Line* header) {
   Index index;
-  for (Line* line = nextinsection(header); line != nullptr; line = nextinsection(line)) {
+  for (Line* line = below(header); line != nullptr; line = nextinsection(line)) {
     if (line->text.view().starts_with("GloSLM_")) index.emplace(keyof(*line), line);
   }
   return index;
@@ -84,7 +85,7 @@ using Mappings = std::vector<std::vector<Mapping>>;
 Mappings mappingsbelow(const Line* header, std::size_t count) {
   Mappings mappings(count + 2);  // from 1, and an empty one behind the last
   std::size_t place = 0;
-  for (Line* line = nextinsection(header); line != nullptr; line = nextinsection(line)) {
+  for (Line* line = below(header); line != nullptr; line = nextinsection(line)) {
     const auto number = static_cast<std::size_t>(numberof(*line, prefix));
     if (number > 0 && number <= count) mappings[number].push_back({++place, line});
   }
@@ -148,7 +149,7 @@ bool cleannamespace(std::string_view name, Index& headers) {
   Line* const header = found->second;
   if (numbered(header, prefix, 1) == nullptr) return false;
   dropmappings(header);
-  const Line* const first = nextinsection(header);
+  const Line* const first = below(header);
   // Kept: a line with an empty key right below the header counts as no entry, also when nothing was dropped.
   if (first != nullptr && !keyof(*first).empty()) return false;
   headers.erase(found);

@@ -3,6 +3,7 @@
 #include "document/entries.h"
 #include "document/fields.h"
 #include "document/numbers.h"
+#include "document/pairs.h"
 #include "document/series.h"
 #include "ladder/check_zpg.h"
 #include "ladder/legacynetwork.h"

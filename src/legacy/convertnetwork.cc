@@ -1,6 +1,8 @@
 #include "legacy/convertnetwork.h"
 
 #include <limits>
+#include <string>
+#include <unordered_map>
 
 #include "document/edits.h"
 #include "document/entries.h"
@@ -37,6 +39,7 @@ void adddatabase(std::string_view section, std::string_view database) {
 void dropdatabases() {
   int number = 0;
   int kept = 0;
+  Line* end = nullptr;
   for (Line* const line : series(find("[DataSets]"), "DataSet_")) {
     const Text value{valueof(*line)};
     const Text name = getfield(value, 1, ',');
@@ -45,7 +48,7 @@ void dropdatabases() {
       discard(line);
     } else if (++kept < number) {
       discard(line);
-      savenumbered("[DataSets]", "DataSet_", kept, value);
+      appendentry(end, "[DataSets]", Text("DataSet_", kept), value);
     }
   }
 }
@@ -58,10 +61,11 @@ using Conversion = Text (*)(std::string_view text);
 void moveseries(std::string_view section, std::string_view prefix, std::string_view newsection,
                 std::string_view newprefix, Conversion newvalue) {
   int number = 0;
+  Line* end = nullptr;
   for (Line* const line : series(find(section), prefix)) {
     const Text value = newvalue(valueof(*line));
     discard(line);
-    savenumbered(newsection, newprefix, ++number, value);
+    appendentry(end, newsection, Text(newprefix, ++number), value);
   }
 }
 
@@ -88,18 +92,39 @@ void cutdatabases() {
   editsection("[DataSets]", "[Datasets]");
 }
 
+/// The last line of each section, by its header.
+using Ends = std::unordered_map<std::string, Line*>;
+
+/// The ends of the namespaces' mapping sections: to look for them once for each of 10,000 mappings took ... times the
+/// instructions.
+Ends mappingsections() {
+  Ends ends;
+  for (Line* line = start; line != nullptr; line = line->next) {
+    if (line->text.view().starts_with("[NspMap.")) ends.try_emplace(std::string(line->text), lastinsection(line));
+  }
+  return ends;
+}
+
+/// Adds an entry at the end of its section, which is created when it is missing.
+void append(Ends& ends, std::string_view section, std::string_view key, std::string_view value) {
+  Line*& end = ends[std::string(section)];
+  if (end == nullptr) end = newsection(section);
+  appendentry(end, section, key, value);
+}
+
 /// Moves the entries of a mapping section whose key begins with that word to the sections of their namespaces, and
 /// drops the others. Kept: ends at an entry with an empty key; that line and what follows it join the section before.
 void movemappings(std::string_view section, std::string_view word, Conversion newkey, Conversion newvalue) {
   Line* const header = find(section);
   if (header == nullptr) return;
+  Ends ends = mappingsections();
   while (Line* const line = nextinsection(header)) {
     const Text key{keyof(*line)};
     const Text value{valueof(*line)};
     if (key.empty()) break;
     discard(line);
     if (getfield(key, 1, '~') != word) continue;
-    saveentry(Text("[NspMap.", getfield(key, 2, '~'), ']'), newkey(key), newvalue(value));
+    append(ends, Text("[NspMap.", getfield(key, 2, '~'), ']'), newkey(key), newvalue(value));
   }
   discard(header);
 }
@@ -126,10 +151,11 @@ Text routinekey(std::string_view key) { return Text("RouMap_", getfield(key, 3, 
 
 /// Kept: the new entry is appended and the old one stays, before it.
 void network204() {
+  Line* end = nullptr;
   for (const Line* const line : series(find("[Net]"), "NetIsEther_")) {
     const std::string_view value = valueof(*line);
     const Text padded{getfield(value, 1, '~'), "~~", getfield(value, 2, '~'), '~', getfield(value, 3, '~')};
-    saveentry("[Net]", keyof(*line), padded);
+    appendentry(end, "[Net]", keyof(*line), padded);
   }
 }
 

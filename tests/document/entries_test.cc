@@ -1,5 +1,8 @@
 #include "document/entries.h"
 
+#include <random>
+
+#include "document/fields.h"
 #include "tests/support/store.h"
 
 namespace tolvane::test {
@@ -41,12 +44,29 @@ TEST_F(Entries, FindSeesOnlyTheFirstSectionAndEntryOfAName) {
   EXPECT_EQ(find("[A]", "y"), nullptr);
 }
 
-TEST_F(Entries, CountlinesCountsUpToTheNextHeader) {
+TEST_F(Entries, KnowsWhereASectionBeginsAndEnds) {
   given("[A]\na\n=b\n[B]\n[C]\nc\n");
-  EXPECT_EQ(countlines(find("[A]")), 2U);
-  EXPECT_EQ(countlines(find("[B]")), 0U);
-  EXPECT_EQ(countlines(find("[C]")), 1U);
-  EXPECT_EQ(countlines(nullptr), 0U);
+  EXPECT_EQ(textof(below(find("[A]"))), "a");
+  EXPECT_EQ(textof(lastinsection(find("[A]"))), "=b");
+  EXPECT_EQ(below(find("[B]")), nullptr);
+  EXPECT_EQ(lastinsection(find("[B]")), find("[B]"));
+  EXPECT_EQ(textof(lastinsection(find("[C]"))), "c");
+  EXPECT_EQ(below(nullptr), nullptr);
+}
+
+TEST_F(Entries, AppendsOneEntryBehindTheOther) {
+  given("[A]\na=1\n[B]\n");
+  Line* end = nullptr;
+  appendentry(end, "[A]", "b", "2");
+  appendentry(end, "[A]", "c", "");
+  EXPECT_EQ(lines(), "[A]\na=1\nb=2\nc=\n[B]\n");
+  EXPECT_EQ(textof(end), "c=");
+  EXPECT_THROW(appendentry(end, "[A]", "d", std::string(510, 'x')), TextTooLong);
+  EXPECT_EQ(lines(), "[A]\na=1\nb=2\nc=\n[B]\n");
+  Line* endofc = nullptr;
+  appendentry(endofc, "[C]", "a", "1");
+  appendentry(endofc, "[C]", "b", "2");
+  EXPECT_EQ(lines(), "[A]\na=1\nb=2\nc=\n[B]\n[C]\na=1\nb=2\n");
 }
 
 TEST_F(Entries, FindKnowsTheEmptyKey) {
@@ -272,6 +292,47 @@ TEST_F(Entries, SwapcharsReplacesTheFirstOccurrence) {
   swapchars("abc", "", "X", output);
   EXPECT_EQ(output, "Xabc");
   EXPECT_THROW(swapchars(std::string(511, 'x'), "x", "yy", output), TextTooLong);
+}
+
+/// A section "[N]" of random lines, with duplicate keys.
+std::string randomsection(std::mt19937& random) {
+  std::string text = "[N]\n";
+  for (std::size_t line = random() % 8; line > 0; --line) {
+    text += "kl="[random() % 3];
+    for (std::size_t field = random() % 4; field > 0; --field) text += std::string("=,") + "aab"[random() % 3];
+    text += '\n';
+  }
+  return text + "[O]\nk=a\n";
+}
+
+TEST_F(Entries, ChangeAndReplaceInSectionDoWhatALookUpForEachLineDoes) {
+  std::mt19937 random(1);
+  for (int round = 0; round < 5000; ++round) {
+    const std::string text = randomsection(random);
+    const int n = 1 + static_cast<int>(random() % 3);
+    given(text);
+    for (const Line* line = below(find("[N]")); line != nullptr; line = nextinsection(line)) {
+      const Text key{keyof(*line)};
+      editentry("[N]", key, replacefield(getvalue("[N]", key), n, ',', "x,y"));
+    }
+    const std::string changed = lines();
+    given(text);
+    changeinsection("[N]", n, ',', "x,y");
+    ASSERT_EQ(lines(), changed) << text;
+
+    given(text);
+    for (Line* line = below(find("[N]")); line != nullptr; line = nextinsection(line)) {
+      Text value = getvalue("[N]", keyof(*line));
+      while (within("a", value) != 0) {
+        swapchars(value, "a", "xyz", value);
+        rewrite(*line, keyof(*line), value);
+      }
+    }
+    const std::string replaced = lines();
+    given(text);
+    replaceinsection("[N]", "a", "xyz");
+    ASSERT_EQ(lines(), replaced) << text;
+  }
 }
 
 }  // namespace

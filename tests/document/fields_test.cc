@@ -144,25 +144,6 @@ TEST_F(Fields, MinvalueCountsTextAs0AndWritesTheMinimumAsItStands) {
   EXPECT_EQ(lines(), "[A]\nkey=007 pages\nneg=abc\n");
 }
 
-TEST_F(Fields, AddpairAddsAPairOnceToEachList) {
-  EXPECT_EQ(addpair("a", "b", 0), 1);
-  EXPECT_EQ(addpair("a", "b", 0), 0);
-  EXPECT_EQ(addpair("a", "b", 1), 1);
-  EXPECT_EQ(addpair("a", "c", 0), 1);
-  EXPECT_EQ(addpair("a,b", "", 0), 1);
-  ASSERT_NE(pairs[0], nullptr);
-  EXPECT_STREQ(pairs[0]->text, "a,b");
-  EXPECT_STREQ(pairs[0]->next->text, "a,c");
-  EXPECT_STREQ(pairs[0]->next->next->text, "a,b,");
-  EXPECT_EQ(pairs[0]->next->next->next, nullptr);
-  EXPECT_EQ(pairs[1]->next, nullptr);
-}
-
-TEST_F(Fields, AddpairHoldsAtMost1025Characters) {
-  EXPECT_EQ(addpair(std::string(512, 'a'), std::string(512, 'b'), 0), 1);
-  EXPECT_THROW(addpair(std::string(512, 'a'), std::string(513, 'b'), 0), TextTooLong);
-}
-
 }  // namespace
 
 }  // namespace tolvane::test

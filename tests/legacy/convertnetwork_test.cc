@@ -1,6 +1,10 @@
 #include "legacy/convertnetwork.h"
 
+#include <random>
+
 #include "document/ends.h"
+#include "document/entries.h"
+#include "document/fields.h"
 #include "tests/support/store.h"
 
 namespace tolvane::test {
@@ -161,6 +165,74 @@ TEST_F(Network312, EndsForAServerThatPaddingMakesTooLong) {
   EXPECT_NO_THROW(convertnetwork("3.11")) << "511 characters";
   given("[Net]\nNetIsUdp_1=" + std::string(495, 'a') + "\n");
   EXPECT_THROW(convertnetwork("3.11"), TextTooLong);
+}
+
+// The moves of the step as they read, each look-up from the top and each entry added by itself: what it does faster.
+void moveserversliterally() {
+  for (int n = 1; find("[Net]", Text("NetIsEther_", n)) != nullptr; ++n) {
+    const Text key{"NetIsEther_", n};
+    Text value;
+    changechar(getvalue("[Net]", key), '~', ',', value);
+    delentry("[Net]", key);
+    saveentry("[Data Servers]", key, replacefield(value, 5, ',', "0"));
+  }
+}
+
+void moveroutinesliterally() {
+  while (find("[NamespRouMap]") != nullptr) {
+    Text key;
+    getnexttagname("[NamespRouMap]", key);
+    if (key.empty()) break;
+    Text value;
+    changechar(getvalue("[NamespRouMap]", key), '~', ',', value);
+    delentry("[NamespRouMap]", key);
+    if (getfield(key, 1, '~') != "NspRouMap") continue;
+    const Text section{"[NspMap.", getfield(key, 2, '~'), ']'};
+    saveentry(section, Text("RouMap_", getfield(key, 3, '~')), value);
+  }
+  delentry("[NamespRouMap]");
+}
+
+std::string randomnetwork(std::mt19937& random) {
+  std::string text;
+  for (const char* header : {"[NspMap.A]\n", "[Net]\n", "[Data Servers]\n", "[NamespRouMap]\n", "[NspMap.A]\n"}) {
+    if (random() % 4 == 0) continue;
+    text += header;
+    for (std::size_t line = random() % 8; line > 0; --line) {
+      const std::string number = std::to_string(1 + random() % 4);
+      switch (random() % 8) {
+        case 0:
+          text += "x=" + number + "\n";
+          break;
+        case 1:
+          text += random() % 2 == 0 ? "=x\n" : "NspRouMap~B~" + number + "\n";
+          break;
+        case 2:
+          text += "Other~A~1=" + number + "\n";
+          break;
+        case 3:
+        case 4:
+          text += "NetIsEther_" + number + "=a~" + number + "\n";
+          break;
+        default:
+          text += "NspRouMap~" + std::string(1, "AB"[random() % 2]) + "~" + number + "=u~v\n";
+      }
+    }
+  }
+  return text;
+}
+
+TEST_F(Network312, DoesWithRandomSectionsWhatTheLiteralProcedureDoes) {
+  std::mt19937 random(1);
+  for (int round = 0; round < 5000; ++round) {
+    const std::string text = randomnetwork(random);
+    given(text);
+    moveserversliterally();
+    moveroutinesliterally();
+    saveentry("[Datasets]", "DataSet_1", "VELMTEMP,velmtemp,,0,P,0,0");
+    const std::string expected = lines();
+    ASSERT_EQ(network("3.12", text), expected) << text;
+  }
 }
 
 TEST_F(NetworkLadder, RunsThreeStepsFor204) {

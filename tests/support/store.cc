@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "document/fields.h"
 #include "document/linestore.h"
+#include "document/pairs.h"
 #include "ladder/ladder.h"
 
 namespace tolvane::test {
