@@ -9,6 +9,11 @@ void each(Verb verb, std::string_view section, std::span<const Edit> edits) {
   for (const Edit& edit : edits) verb(section, edit.key, edit.value);
 }
 
+void saveall(std::string_view section, std::span<const Edit> edits) {
+  Line* end = nullptr;
+  for (const Edit& edit : edits) appendentry(end, section, edit.key, edit.value);
+}
+
 bool takeentry(std::string_view section, std::string_view key, Text& value) {
   Line* const line = find(section, key);
   value.set(line == nullptr ? std::string_view{} : valueof(*line));

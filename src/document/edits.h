@@ -20,6 +20,9 @@ using Verb = void (*)(std::string_view section, std::string_view key, std::strin
 /// Does the edits of a block, in their order, to one section.
 void each(Verb verb, std::string_view section, std::span<const Edit> edits);
 
+/// What `each` with `saveentry` does, in one walk through the section.
+void saveall(std::string_view section, std::span<const Edit> edits);
+
 /// Deletes the entry and returns true with its value; when it is missing, false with an empty value.
 bool takeentry(std::string_view section, std::string_view key, Text& value);
 

@@ -1,5 +1,6 @@
 #include "document/entries.h"
 
+#include <cstring>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -15,23 +16,26 @@ bool haskey(const Line& line, std::string_view key) {
   return (key.empty() || line.text.first() == key.front()) && keyof(line) == key;
 }
 
-/// The last line of the section, which is created when it is missing.
-Line* endof(std::string_view section) {
-  Line* const header = find(section);
+/// The last line of a section; where it has no header it is created.
+Line* endof(Line* header, std::string_view section) {
   return header == nullptr ? newsection(section) : lastinsection(header);
+}
+
+void addbelow(Line* header, std::string_view section, std::string_view key, std::string_view value) {
+  Line* end = endof(header, section);
+  appendentry(end, section, key, value);
 }
 
 }  // namespace
 
 std::string_view keyof(const Line& line) {
-  const std::string_view text = line.text;
-  return text.substr(0, text.find('='));
+  const char* const text = line.text.c_str();
+  return {text, std::strcspn(text, "=")};
 }
 
 std::string_view valueof(const Line& line) {
-  const std::string_view text = line.text;
-  const std::size_t equals = text.find('=');
-  return equals == std::string_view::npos ? std::string_view{} : text.substr(equals + 1);
+  const char* const equals = std::strchr(line.text.c_str(), '=');
+  return equals == nullptr ? std::string_view{} : equals + 1;
 }
 
 void rewrite(Line& line, std::string_view key, std::string_view value) { line.text.set(key, '=', value); }
@@ -76,10 +80,11 @@ Text getvalue(std::string_view section, std::string_view key) {
 }
 
 void putentry(std::string_view section, std::string_view key, std::string_view value) {
-  if (Line* const line = find(section, key)) {
+  Line* const header = find(section);
+  if (Line* const line = findbelow(header, key)) {
     rewrite(*line, key, value);
   } else {
-    saveentry(section, key, value);
+    addbelow(header, section, key, value);
   }
 }
 
@@ -88,7 +93,8 @@ void editentry(std::string_view section, std::string_view key, std::string_view 
 }
 
 void keepentry(std::string_view section, std::string_view key, std::string_view value) {
-  if (find(section, key) == nullptr) saveentry(section, key, value);
+  Line* const header = find(section);
+  if (findbelow(header, key) == nullptr) addbelow(header, section, key, value);
 }
 
 void delentry(std::string_view section) {
@@ -100,12 +106,11 @@ void delentry(std::string_view section, std::string_view key) {
 }
 
 void saveentry(std::string_view section, std::string_view key, std::string_view value) {
-  Line* end = nullptr;
-  appendentry(end, section, key, value);
+  addbelow(find(section), section, key, value);
 }
 
 void appendentry(Line*& end, std::string_view section, std::string_view key, std::string_view value) {
-  if (end == nullptr) end = endof(section);
+  if (end == nullptr) end = endof(find(section), section);
   const Text entry{key, '=', value};  // before the line: one that is too long leaves none behind
   Line* const line = makeentry();
   line->text = entry;

@@ -43,6 +43,8 @@ Text getfield(std::string_view value, int n, char separator) {
   return field;
 }
 
+std::string_view firstfield(std::string_view value, char separator) { return value.substr(0, value.find(separator)); }
+
 int numfields(std::string_view value, char separator) {
   return 1 + static_cast<int>(std::count(value.begin(), value.end(), separator));
 }

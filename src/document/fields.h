@@ -18,6 +18,9 @@ char getfield(std::string_view value, int n, char separator, Text& output);
 /// Field n, empty when the value has fewer fields.
 Text getfield(std::string_view value, int n, char separator);
 
+/// Field 1, in place.
+std::string_view firstfield(std::string_view value, char separator);
+
 /// Copies the fields from the one number to the other with the separators between them, as far as the value has them;
 /// a `to` below `from` counts as `from`. Returns as `getfield` does.
 char takefields(std::string_view value, int from, int to, char separator, Text& output);

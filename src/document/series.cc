@@ -40,13 +40,17 @@ int countseries(std::string_view section, std::string_view prefix) {
   return static_cast<int>(series(find(section), prefix).size());
 }
 
-Place locate(std::string_view section, std::string_view prefix, std::string_view name) {
+Place locate(const std::vector<Line*>& entries, std::string_view name) {
   Place place{1, nullptr};
-  for (Line* const line : series(find(section), prefix)) {
-    if (getfield(valueof(*line), 1, ',') == name) return {place.number, line};
+  for (Line* const line : entries) {
+    if (firstfield(valueof(*line), ',') == name) return {place.number, line};
     ++place.number;
   }
   return place;
+}
+
+Place locate(std::string_view section, std::string_view prefix, std::string_view name) {
+  return locate(series(find(section), prefix), name);
 }
 
 void savenumbered(std::string_view section, std::string_view prefix, int n, std::string_view value) {

@@ -29,6 +29,9 @@ struct Place {
   Line* line;
 };
 
+/// The first of the entries whose field 1 (separator ",") is exactly that name, else the number behind them.
+Place locate(const std::vector<Line*>& entries, std::string_view name);
+
 /// The first entry of the series whose field 1 (separator ",") is exactly that name, else the first free number.
 Place locate(std::string_view section, std::string_view prefix, std::string_view name);
 

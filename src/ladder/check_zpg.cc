@@ -30,10 +30,12 @@ constexpr std::string_view zpgdel[] = {
 
 bool addstandard(bool refresh) {
   bool changed = false;
+  std::vector<Line*> applications = series(find(section), prefix);
   for (const std::string_view standard : zpg) {
-    const Place place = locate(section, prefix, getfield(standard, 1, ','));
+    const Place place = locate(applications, firstfield(standard, ','));
     if (place.line == nullptr) {
       savenumbered(section, prefix, place.number, standard);
+      applications = series(find(section), prefix);  // perhaps with what stood behind the gap that this one filled
     } else if (refresh && valueof(*place.line) != standard) {
       rewrite(*place.line, keyof(*place.line), standard);
     } else {

@@ -28,10 +28,7 @@ Line* take(Index& index, std::string_view text) {
 }
 
 /// The global of a mapping: field 1.
-std::string_view globalof(const Line& mapping) {
-  const std::string_view value = valueof(mapping);
-  return value.substr(0, value.find(','));
-}
+std::string_view globalof(const Line& mapping) { return firstfield(valueof(mapping), ','); }
 
 bool dropped(const Line* mapping) {
   const std::string_view global = globalof(*mapping);
@@ -55,18 +52,18 @@ void dropmapping(Line* mapping, Index& subscripts) {
   discard(mapping);
 }
 
-void renumber(Line& mapping, std::size_t number) {
-  if (const Text key{prefix, number}; keyof(mapping) != key) rewrite(mapping, key, valueof(mapping));
-}
+void renumber(Line& mapping, std::size_t number) { rewrite(mapping, Text(prefix, number), valueof(mapping)); }
 
 /// Closes the gaps by counting, which is right where no number stands twice.
 void dropunique(const std::vector<Line*>& mappings, Index& subscripts) {
+  std::size_t number = 0;
   std::size_t kept = 0;
   for (Line* const mapping : mappings) {
+    ++number;
     if (dropped(mapping)) {
       dropmapping(mapping, subscripts);
-    } else {
-      renumber(*mapping, ++kept);
+    } else if (++kept < number) {
+      renumber(*mapping, kept);
     }
   }
 }
@@ -120,22 +117,27 @@ void droprepeated(Mappings mappings, Index& subscripts) {
     closegap(mappings, k);
   }
   for (std::size_t number = 1; number < mappings.size(); ++number) {
-    for (const Mapping& mapping : mappings[number]) renumber(*mapping.line, number);
+    for (const Mapping& mapping : mappings[number]) {
+      if (static_cast<std::size_t>(numberof(*mapping.line, prefix)) != number) renumber(*mapping.line, number);
+    }
   }
 }
 
-/// Whether one of the numbers up to the count stands twice.
-bool repeated(const Mappings& mappings) {
-  return std::any_of(mappings.begin(), mappings.end(), [](const auto& lines) { return lines.size() > 1; });
+/// Whether one of the numbers from 1 up to the count, each of which stands in the section, stands there twice.
+bool repeated(const Line* header, std::size_t count) {
+  std::size_t lines = 0;
+  for (Line* line = below(header); line != nullptr; line = nextinsection(line)) {
+    const auto number = static_cast<std::size_t>(numberof(*line, prefix));
+    if (number > 0 && number <= count) ++lines;
+  }
+  return lines > count;
 }
 
-void dropmappings(const Line* header) {
-  const std::vector<Line*> mappings = series(header, prefix);
+void dropmappings(const Line* header, const std::vector<Line*>& mappings) {
   if (std::none_of(mappings.begin(), mappings.end(), dropped)) return;
   Index subscripts = subscriptmappings(header);
-  Mappings bynumber = mappingsbelow(header, mappings.size());
-  if (repeated(bynumber)) {
-    droprepeated(std::move(bynumber), subscripts);
+  if (repeated(header, mappings.size())) {
+    droprepeated(mappingsbelow(header, mappings.size()), subscripts);
   } else {
     dropunique(mappings, subscripts);
   }
@@ -147,8 +149,9 @@ bool cleannamespace(std::string_view name, Index& headers) {
   const auto found = headers.lower_bound(section);
   if (found == headers.end() || found->first != section.view()) return false;
   Line* const header = found->second;
-  if (numbered(header, prefix, 1) == nullptr) return false;
-  dropmappings(header);
+  const std::vector<Line*> mappings = series(header, prefix);
+  if (mappings.empty()) return false;
+  dropmappings(header, mappings);
   const Line* const first = below(header);
   // Kept: a line with an empty key right below the header counts as no entry, also when nothing was dropped.
   if (first != nullptr && !keyof(*first).empty()) return false;

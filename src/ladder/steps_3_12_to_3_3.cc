@@ -99,7 +99,7 @@ void step314() {
       {"EnableMultiUserClients", "NO" },
       {"ErrorPurge",             "30" },
   };
-  each(saveentry, "[Startup]", startup);
+  saveall("[Startup]", startup);
   saveentry("[DTMnetBIOS]", "DTMcollation", "0");
   const Text purge = takeentry("[Startup]", "DaysBeforePurge", "7");
   const Edit sql[] = {
@@ -123,8 +123,8 @@ void step314() {
       {"idTrxFrom",         trxfrom314},
       {"idTrxTo",           ""        },
   };
-  each(saveentry, "[SQL]", sql);
-  each(saveentry, "[SqlSysDatatypes]", newdatatypes);
+  saveall("[SQL]", sql);
+  saveall("[SqlSysDatatypes]", newdatatypes);
   newsection("[SqlUserDatatypes]");  // kept: a second one where the file has one
   saveentry("[ViewPoint]", "VPSendResSz", "1");
   saveentry("[ViewPoint]", "VPSendDTMNet", "1");

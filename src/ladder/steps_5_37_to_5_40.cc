@@ -45,7 +45,7 @@ void step539() {
       {"AlternateDirectory", ""},
       {"FileSizeLimit",      ""},
   };
-  each(saveentry, "[Journal]", directories);  // kept: also beside those that are there
+  saveall("[Journal]", directories);  // kept: also beside those that are there
 }
 
 void step540() { delentry("[Startup]", "journalmode"); }

@@ -26,7 +26,7 @@ bool conform(Line& line, std::string_view value) {
 
 /// Declares a database, or sets the fields of the one that is there.
 bool declaredatabase(std::string_view standard, std::initializer_list<Field> fields, bool reset) {
-  const Place place = locate("[Datasets]", "DataSet_", getfield(standard, 1, ','));
+  const Place place = locate("[Datasets]", "DataSet_", firstfield(standard, ','));
   if (place.line == nullptr) {
     savenumbered("[Datasets]", "DataSet_", place.number, standard);
     return true;
@@ -39,10 +39,10 @@ bool declaredatabase(std::string_view standard, std::initializer_list<Field> fie
 
 /// Declares a namespace, but only for a database that is declared.
 bool declarenamespace(std::string_view database, std::string_view standard, bool reset) {
-  const Place dataset = locate("[Datasets]", "DataSet_", getfield(database, 1, ','));
+  const Place dataset = locate("[Datasets]", "DataSet_", firstfield(database, ','));
   if (dataset.line == nullptr) return false;
   const bool changed = reset && conform(*dataset.line, database);
-  const Place place = locate("[Namespaces]", "Nsp_", getfield(standard, 1, ','));
+  const Place place = locate("[Namespaces]", "Nsp_", firstfield(standard, ','));
   if (place.line == nullptr) {
     savenumbered("[Namespaces]", "Nsp_", place.number, standard);
     return true;

@@ -19,9 +19,12 @@ TEST_F(Edits, OfABlockAreDoneInTheirOrder) {
       {"a", "3"},
       {"c", "4"}
   };
-  each(saveentry, "[A]", added);
+  saveall("[A]", added);
   each(editentry, "[A]", changed);
   EXPECT_EQ(lines(), "[A]\na=3\nb=1\na=2\n");
+  given("[A]\na=0\n");
+  each(saveentry, "[A]", added);
+  EXPECT_EQ(lines(), "[A]\na=0\nb=1\na=2\n");
 }
 
 TEST_F(Edits, TakeAnEntryWithItsValue) {

@@ -13,6 +13,13 @@ class Fields : public StoreTest {
   Text output{"old"};
 };
 
+TEST_F(Fields, FirstfieldIsFieldOne) {
+  EXPECT_EQ(firstfield("a,b", ','), "a");
+  EXPECT_EQ(firstfield(",b", ','), "");
+  EXPECT_EQ(firstfield("a~b", ','), "a~b");
+  EXPECT_EQ(firstfield("", ','), "");
+}
+
 TEST_F(Fields, GetfieldTellsWhetherMoreFollow) {
   EXPECT_EQ(getfield("a,b,c", 2, ',', output), ',');
   EXPECT_EQ(output, "b");
