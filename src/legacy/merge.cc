@@ -1,5 +1,7 @@
 #include "legacy/merge.h"
 
+#include <utility>
+
 #include "document/entries.h"
 #include "document/fields.h"
 #include "document/versions.h"
@@ -8,6 +10,8 @@
 #include "legacy/convertsystem.h"
 
 namespace tolvane {
+
+Line* systemstart = nullptr;
 
 namespace {
 
@@ -19,16 +23,12 @@ Text legacyversion(std::string_view type, std::string_view message) {
   return getfield(filetype, 2, ' ');
 }
 
-// The system file's lines while the store holds the network file's; the process's, as the store is.
-Line* systemstart = nullptr;
-Line* systemlast = nullptr;
-
 /// Links the system file's lines before those of the store. Kept: lines of the network file that stand before its first
 /// header so come to belong to the last section of the system file, and a section of both stands twice.
-void join() {
+void join(Line* systemlast) {
   systemlast->next = start;
   (start == nullptr ? last : start->previous) = systemlast;
-  start = systemstart;
+  start = std::exchange(systemstart, nullptr);
 }
 
 }  // namespace
@@ -37,13 +37,13 @@ int merge(const char* path, const char* systempath, const char* networkpath) {
   load(systempath);
   const Text systemversion = legacyversion("Configuration", "Invalid system configuration file type");
   convertsystem(systemversion);
-  systemstart = start;
-  systemlast = last;
+  systemstart = std::exchange(start, nullptr);
+  Line* const systemlast = std::exchange(last, nullptr);
 
   load(networkpath);
   convertnetwork(legacyversion("Network", "Invalid network configuration file type"));
   delsection("[ConfigFile]");
-  join();
+  join(systemlast);
 
   convertconfig(systemversion);  // kept: the file is written whatever it answers
   delentry("[ConfigFile]", "FileType");

@@ -1,7 +1,12 @@
 // The command `merge`: builds a configuration parameter file out of the two files of the legacy layout.
 #pragma once
 
+#include "document/linestore.h"
+
 namespace tolvane {
+
+/// The lines of the system file while the store holds those of the network file; none before and after.
+extern Line* systemstart;
 
 /// Converts and joins the legacy system and network configuration files and writes the result, in the current version,
 /// to the target, which is never read and of which no backup is kept. Returns the exit status 1. Fatal, with the target

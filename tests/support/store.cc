@@ -1,32 +1,15 @@
 #include "tests/support/store.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "document/linestore.h"
-#include "document/pairs.h"
 #include "ladder/ladder.h"
+#include "tests/support/memory.h"
 
 namespace tolvane::test {
 
-namespace {
-
-void clear() {
-  while (start != nullptr) discard(start);
-  for (Pair*& list : pairs) {
-    while (list != nullptr) {
-      Pair* const pair = list;
-      list = pair->next;
-      std::free(pair->text);
-      std::free(pair);
-    }
-  }
-}
-
-}  // namespace
-
 void given(std::string_view lines) {
-  clear();
+  clearmemory();
   while (!lines.empty()) {
     const std::size_t end = lines.find('\n');
     Line* const line = makeentry();
@@ -53,9 +36,9 @@ std::string behind(std::string_view head, const std::string& lines) {
   return lines.substr(std::min(head.size(), lines.size()));
 }
 
-StoreTest::StoreTest() { clear(); }
+StoreTest::StoreTest() { clearmemory(); }
 
-StoreTest::~StoreTest() { clear(); }
+StoreTest::~StoreTest() { clearmemory(); }
 
 std::string converted(std::string_view version, std::string_view before) { return converted(ladder, version, before); }
 
