@@ -1,0 +1,77 @@
+// `update` of any file.
+#include "commands/update.h"
+
+#include <algorithm>
+
+#include "document/entries.h"
+#include "fuzz/properties.h"
+
+namespace tolvane::fuzz {
+
+namespace {
+
+/// A line that no step knows: every key and every series that one knows begins with a letter, and none with "kept".
+bool unknown(const std::string& line) {
+  const char first = line.front();
+  const bool letter = (first >= 'a' && first <= 'z') || (first >= 'A' && first <= 'Z');
+  return line.starts_with("kept") || (!letter && first != '=' && first != '[');
+}
+
+/// A header that no step deletes. New ones may come behind them.
+bool lastingheader(const std::string& line) { return line.starts_with('[') && !line.starts_with("[NspMap."); }
+
+void claimheaderskept(const Lines& before, const Lines& after) {
+  auto place = after.begin();
+  for (const std::string& line : before) {
+    if (!lastingheader(line)) continue;
+    place = std::find(place, after.end(), line);
+    claim(place != after.end(), "no section goes but those of namespaces, and none moves");
+    ++place;
+  }
+}
+
+/// The lines without the first entry "Com" of "[Com]".
+Lines withoutcommunication(Lines lines) {
+  const auto header = std::find(lines.begin(), lines.end(), "[Com]");
+  for (auto line = header; line != lines.end(); ++line) {
+    if (line != header && line->starts_with('[')) break;
+    if (line->substr(0, line->find('=')) != "Com") continue;
+    lines.erase(line);
+    break;
+  }
+  return lines;
+}
+
+bool run(std::string_view contents) {
+  writefile("a", contents);
+  return ends([] { tolvane::update(pathof("a").c_str()); }, conversion(contents.size()));
+}
+
+/// A file of the current version stays as it is, but for one more "Com" that each run removes.
+void claimsettled(const Lines& converted) {
+  const bool whole = run(contentsof(converted));
+  claim(whole, "what was converted can be converted");
+  const Lines again = storedlines();
+  claim(again == converted || again == withoutcommunication(converted), "what was converted stays as it is");
+}
+
+}  // namespace
+
+void update(std::string_view input) {
+  const Lines before = linesof(input);
+  const bool whole = run(input);
+  claim(!exists("a_tmp"), "no temporary file is left");
+  if (!whole) {
+    claim(readfile("a") == input, "a run that ends early leaves the file as it was");
+    return;
+  }
+  const Lines after = storedlines();
+  const std::string written = readfile("a");
+  claim(written == input || written == contentsof(after), "what is written is the store");
+  claim(linesof(contentsof(after)) == after, "what is written can be read");
+  claimkept(before, after, unknown);
+  claimheaderskept(before, after);
+  if (written != input) claimsettled(after);
+}
+
+}  // namespace tolvane::fuzz

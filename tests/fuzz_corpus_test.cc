@@ -1,0 +1,47 @@
+// Replays the inputs that fuzzing has found to reach something new: the claims of each target hold for each of them.
+#include <filesystem>
+#include <stdexcept>
+
+#include "fuzz/properties.h"
+#include "tests/support/program.h"
+#include "tests/support/store.h"
+
+namespace tolvane::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class Corpus : public StoreTest {
+ protected:
+  static void replay(const std::string& target, void (*run)(std::string_view input)) {
+    int inputs = 0;
+    for (const fs::directory_entry& entry : fs::directory_iterator(TOLVANE_SOURCE "/fuzz/corpus/" + target)) {
+      ++inputs;
+      testing::internal::CaptureStdout();
+      std::string broken;
+      try {
+        run(contents(entry.path()));
+      } catch (const std::logic_error& claim) {
+        broken = claim.what();
+      }
+      testing::internal::GetCapturedStdout();
+      EXPECT_EQ(broken, "") << entry.path();
+    }
+    EXPECT_GT(inputs, 100);
+  }
+};
+
+TEST_F(Corpus, OfUpdateKeepsTheClaims) { replay("update", fuzz::update); }
+TEST_F(Corpus, OfMergeKeepsTheClaims) { replay("merge", fuzz::merge); }
+TEST_F(Corpus, OfFieldsKeepsTheClaims) { replay("fields", fuzz::fields); }
+
+TEST_F(Corpus, ClaimsCanBreak) {
+  EXPECT_THROW(fuzz::claim(false, "x"), std::logic_error);
+  EXPECT_THROW(fuzz::claimkept({"a", "b"}, {"b", "a"}, [](const std::string&) { return true; }), std::logic_error);
+  EXPECT_THROW(fuzz::ends([] { throw std::out_of_range("x"); }, 1), std::out_of_range);
+}
+
+}  // namespace
+
+}  // namespace tolvane::test
