@@ -10,8 +10,8 @@ namespace tolvane {
 
 namespace {
 
-/// Whether a line has that key. The first character tells nearly every line apart, which spares measuring it: look-ups
-/// took 2.5 times the instructions without.
+/// Whether a line has that key. The first character tells nearly every line apart, which spares measuring it: without,
+/// converting 300 lines took twice the instructions.
 bool haskey(const Line& line, std::string_view key) {
   return (key.empty() || line.text.first() == key.front()) && keyof(line) == key;
 }

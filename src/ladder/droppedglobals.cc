@@ -35,8 +35,8 @@ bool dropped(const Line* mapping) {
   return global.starts_with("odd") || global == "rINDEXCLASS" || global == "mdd";
 }
 
-/// The subscript-level mappings of a section by their keys. Searched from the header for each dropped global instead,
-/// 10,000 mappings with as many of these took 120 times the instructions.
+/// The subscript-level mappings of a section by their keys. Searched from the header for each dropped global, 10,000
+/// mappings with as many of these took 1.5 s instead of 0.05 s.
 Index subscriptmappings(const Line* header) {
   Index index;
   for (Line* line = below(header); line != nullptr; line = nextinsection(line)) {
