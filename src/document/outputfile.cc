@@ -65,28 +65,55 @@ bool liken(int file, const char* model, const struct stat& status) {
   return fchmod(file, mode) == 0;
 }
 
-/// Reserves the room for that many bytes. Leaves the file longer where it was shorter.
-bool reserve(int file, std::size_t size) {
-  int error = EINTR;
-  while (error == EINTR) error = posix_fallocate(file, 0, static_cast<off_t>(size));
-  return error == 0 || error == EINVAL || error == EOPNOTSUPP;
+/// Reads what is left of a file.
+bool readall(int file, std::string& contents) {
+  std::array<char, 65536> piece;
+  while (true) {
+    const ssize_t length = read(file, piece.data(), piece.size());
+    if (length == 0) return true;
+    if (length > 0) {
+      contents.append(piece.data(), static_cast<std::size_t>(length));
+    } else if (errno != EINTR) {
+      return false;
+    }
+  }
 }
 
-/// Writes over a plain file. One that cannot have the room keeps its contents.
-bool writeoverplain(int file, off_t oldsize, std::string_view contents) {
-  if ((contents.empty() || reserve(file, contents.size())) && writeall(file, contents)) {
-    return ftruncate(file, static_cast<off_t>(contents.size())) == 0;
+/// Reserves the room for that many bytes; the file stays as long as it is. Where nothing can be reserved, true.
+bool reserve(int file, std::size_t size) {
+  while (fallocate(file, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size)) != 0) {
+    if (errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP) return true;
+    if (errno != EINTR) return false;
   }
-  (void)ftruncate(file, oldsize);
+  return true;
+}
+
+/// Makes the contents those of a plain file.
+bool rewrite(int file, std::string_view contents) {
+  return lseek(file, 0, SEEK_SET) == 0 && writeall(file, contents) &&
+         ftruncate(file, static_cast<off_t>(contents.size())) == 0 && sync(file);
+}
+
+bool writeoverplain(int file, std::string_view contents) {
+  std::string old;
+  if (!readall(file, old)) return false;
+  if (reserve(file, contents.size()) && rewrite(file, contents)) return true;
+  (void)rewrite(file, old);
   return false;
 }
 
 bool writeover(int file, std::string_view contents) {
   struct stat status = {};
   if (fstat(file, &status) != 0) return false;
-  const bool written =
-      S_ISREG(status.st_mode) ? writeoverplain(file, status.st_size, contents) : writeall(file, contents);
-  return written && sync(file);
+  if (S_ISREG(status.st_mode)) return writeoverplain(file, contents);
+  return writeall(file, contents) && sync(file);
+}
+
+/// Opens a file to write over it, and a plain one also to read it: a pipe opened for both would wait for no reader.
+int openover(const char* path) {
+  struct stat status = {};
+  const bool plain = stat(path, &status) != 0 || S_ISREG(status.st_mode);
+  return open(path, (plain ? O_RDWR : O_WRONLY) | O_CREAT | O_CLOEXEC, 0666);
 }
 
 }  // namespace
@@ -107,7 +134,7 @@ void createlike(const char* model, const char* path, std::string_view contents) 
 }
 
 void overwrite(const char* path, std::string_view contents) {
-  const int file = open(path, O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+  const int file = openover(path);
   if (file < 0) throw cannotopen(path);
   bool written = writeover(file, contents);
   written = close(file) == 0 && written;

@@ -15,9 +15,9 @@ namespace tolvane {
 /// what any new file gets. A file that could not be written whole is removed.
 void createlike(const char* model, const char* path, std::string_view contents);
 
-/// Writes straight over the file, or creates it. The room is reserved before the old contents are touched, so that a
-/// full disk or a limit leaves a plain file as it was; when it cannot be synced or closed the new contents may stand
-/// there. What cannot be synced at all, such as a pipe, need not be.
+/// Writes straight over the file, or creates it. The room is reserved before the old contents of a plain file are
+/// touched, so that a full disk leaves it as it was, and whatever else fails puts them back; when it cannot even be
+/// closed the new contents stand there, whole. What cannot be synced at all, such as a pipe, need not be.
 void overwrite(const char* path, std::string_view contents);
 
 /// Syncs the folder of a path, so that what was renamed in it stays renamed. Failures are ignored.

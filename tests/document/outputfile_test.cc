@@ -198,10 +198,24 @@ TEST_F(OutputFile, ThatIsOverwrittenStaysTheSameFile) {
 }
 
 TEST_F(OutputFile, ThatCannotGrowStaysAsItWas) {
-  write(folder / "new", "old\n");
-  const FileSizeLimit limit(1000);
-  EXPECT_THROW(overwrite((folder / "new").c_str(), std::string(1001, 'a')), Fatal);
-  EXPECT_EQ(contents(folder / "new"), "old\n");
+  for (const std::size_t size : {0U, 50U, 100U, 150U}) {
+    const std::string old(size, 'o');
+    for (rlim_t most = 0; most < 100; most += 9) {
+      write(folder / "new", old);
+      const FileSizeLimit limit(most);
+      EXPECT_THROW(overwrite((folder / "new").c_str(), std::string(100, 'a')), Fatal);
+      EXPECT_EQ(contents(folder / "new"), old) << most;
+    }
+    write(folder / "new", old);
+    const FileSizeLimit limit(100);
+    EXPECT_NO_THROW(overwrite((folder / "new").c_str(), std::string(100, 'a')));
+    EXPECT_EQ(contents(folder / "new"), std::string(100, 'a'));
+  }
+}
+
+TEST_F(OutputFile, ThatIsMissingIsCreated) {
+  overwrite((folder / "new").c_str(), "a\n");
+  EXPECT_EQ(contents(folder / "new"), "a\n");
 }
 
 TEST_F(OutputFile, ThatCannotBeSyncedIsNoError) {
