@@ -7,6 +7,7 @@
 
 #include "document/versions.h"
 #include "tests/support/program.h"
+#include "tests/support/valgrind.h"
 
 namespace tolvane::test {
 
@@ -45,16 +46,16 @@ std::string printable(const testing::TestParamInfo<fs::path>& info) {
   return name;
 }
 
-class Golden : public ProgramTest, public testing::WithParamInterface<fs::path> {};
+class Golden : public ProgramTest, public testing::WithParamInterface<fs::path> {
+ protected:
+  /// Runs the case, the program by another command line.
+  void expectleft(const std::vector<std::string>& by) const;
+};
 
-TEST_P(Golden, LeavesWhatItMust) {
+void Golden::expectleft(const std::vector<std::string>& by) const {
   const fs::path& parts = GetParam();
-  std::set<std::string> found;
-  for (const fs::path& part : subfolders(parts)) found.insert(part.filename());
-  ASSERT_EQ(found, (std::set<std::string>{"after", "before", "command", "status", "stdout"}));
-
   for (const auto& [name, text] : filesin(parts / "before")) write(folder / name, text);
-  EXPECT_EQ(run(words(parts)), (Outcome{std::stoi(contents(parts / "status")), contents(parts / "stdout")}));
+  EXPECT_EQ(runby(by, words(parts)), (Outcome{std::stoi(contents(parts / "status")), contents(parts / "stdout")}));
 
   const Files expected = filesin(parts / "after");
   const Files actual = filesin(folder);
@@ -68,7 +69,28 @@ TEST_P(Golden, LeavesWhatItMust) {
   }
 }
 
+TEST_P(Golden, LeavesWhatItMust) {
+  std::set<std::string> found;
+  for (const fs::path& part : subfolders(GetParam())) found.insert(part.filename());
+  ASSERT_EQ(found, (std::set<std::string>{"after", "before", "command", "status", "stdout"}));
+  expectleft({});
+}
+
 INSTANTIATE_TEST_SUITE_P(Case, Golden, testing::ValuesIn(cases()), printable);
+
+/// Minutes long.
+class HeavyGolden : public Golden {};
+
+TEST_P(HeavyGolden, IsCleanUnderValgrind) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizers bear no other tool";
+#endif
+  const Valgrind valgrind(folder.string() + ".valgrind");
+  expectleft(valgrind.command());
+  EXPECT_EQ(valgrind.findings(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Case, HeavyGolden, testing::ValuesIn(cases()), printable);
 
 TEST(GoldenFolders, AreThereForEveryVersionAndForNothingUnknown) {
   std::set<std::string> expected{"commands", "unknown", "merge-unknown"};

@@ -1,0 +1,183 @@
+// Nothing is lost, whichever system call fails and wherever the run is killed.
+//
+// Every system call that a command makes on files from its first file on is failed once with each of several errors,
+// and the run is killed before each of them, which is after the one before. strace does both. All of it is done once
+// more with writes that take only half of what they are asked to.
+#include <algorithm>
+#include <csignal>
+#include <sstream>
+
+#include "tests/support/scenarios.h"
+
+namespace tolvane::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A system call of a run: its name and how many of that name came before it, counted from 1.
+struct Call {
+  std::string name;
+  int number;
+  bool operator==(const Call&) const = default;
+
+  [[nodiscard]] std::string with(const std::string& fault) const {
+    return name + ":" + fault + ":when=" + std::to_string(number);
+  }
+};
+
+using Options = std::vector<std::string>;
+
+const Options wholewrites;
+const Options shortwrites = {"-E", "LD_PRELOAD=" TOLVANE_SHORT_WRITE, "-E", "SHORT_WRITE=half"};
+
+class Faults : public ScenarioTest {
+ protected:
+  Faults() : log_(folder.string() + ".strace") {}
+  ~Faults() override { fs::remove(log_); }
+
+  [[nodiscard]] Outcome trace(const Options& writes, const Options& options) const {
+    std::vector<std::string> command{"/usr/bin/strace", "-qq", "-o", log_};
+    command.insert(command.end(), writes.begin(), writes.end());
+    command.insert(command.end(), options.begin(), options.end());
+    return runby(command, GetParam().words);
+  }
+
+  /// The system calls of a run without a fault, from the one that opens the first file on to the end of the process.
+  [[nodiscard]] std::vector<Call> calls(const Options& writes) const {
+    prepare();
+    EXPECT_EQ(trace(writes, {}), (Outcome{1, ""}));
+    EXPECT_EQ(contents(folder / "a"), GetParam().result);
+    const std::string first = GetParam().words[0] == "merge" ? "\"s\"" : "\"a\"";
+    std::map<std::string, int> counts;
+    std::vector<Call> found;
+    bool begun = false;
+    std::istringstream lines(contents(log_));
+    for (std::string line; std::getline(lines, line);) {
+      const std::string name = line.substr(0, line.find('('));
+      if (name.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789_") != std::string::npos) continue;
+      const int number = ++counts[name];
+      begun = begun || (name == "openat" && line.find(first) != std::string::npos);
+      if (begun && name != "brk") found.push_back({name, number});
+    }
+    EXPECT_GT(found.size(), 8U);
+    EXPECT_EQ(found.back().name, "exit_group");
+    return found;
+  }
+
+  /// The call that closes what was written, when it was written straight over the file: nothing can be put back then.
+  [[nodiscard]] bool toolate(const Call& call, const std::vector<Call>& calls) const {
+    return GetParam().inplace() && call == *std::prev(calls.end(), 2);
+  }
+
+  void expectsurvived(const Outcome& outcome, bool late, const std::string& fault) const {
+    if (outcome.status == 1) {
+      expectdone(fault);
+      return;
+    }
+    ASSERT_EQ(outcome.status, 0) << fault;
+    const bool known = outcome.printed == "Error writing output file\n" ||
+                       (outcome.printed.starts_with("Cannot open file ") && outcome.printed.ends_with("put.\n"));
+    EXPECT_TRUE(known) << fault << ": " << outcome.printed;
+    late ? expectdone(fault) : expectuntouched(fault);
+  }
+
+  /// Fails each call, or each one of that name.
+  void faileach(const Options& writes, const std::string& name = "") const {
+    int faults = 0;
+    const std::vector<Call> all = calls(writes);
+    for (const Call& call : all) {
+      if (call.name == "exit_group" || (!name.empty() && call.name != name)) continue;
+      for (const char* error : {"ENOSPC", "EIO", "EACCES", "EROFS", "EINTR"}) {
+        const std::string fault = call.with(std::string("error=") + error);
+        prepare();
+        expectsurvived(trace(writes, {"--inject=" + fault}), toolate(call, all), fault);
+        ++faults;
+      }
+    }
+    EXPECT_GE(faults, 35);
+    RecordProperty("faults", faults);
+  }
+
+  /// What stands in a file that is written straight over, by how far the run came: all of the old contents up to its
+  /// first write, all of the new ones after its last, the new ones over the old ones between them.
+  void expectwrittenover(const Call& next, const std::vector<Call>& calls, const std::string& fault) const {
+    const std::string& old = GetParam().old();
+    const std::string& result = GetParam().result;
+    const std::string text = contents(folder / "a");
+    const auto named = [&](const char* name) {
+      return std::find_if(calls.begin(), calls.end(), [&](const Call& call) { return call.name == name; });
+    };
+    const auto place = std::find(calls.begin(), calls.end(), next);
+    if (place <= named("write")) {
+      EXPECT_EQ(text, old) << fault;
+    } else if (place > named("ftruncate")) {
+      EXPECT_EQ(text, result) << fault;
+    } else {
+      const auto same = static_cast<std::size_t>(
+          std::mismatch(text.begin(), text.end(), result.begin(), result.end()).first - text.begin());
+      EXPECT_EQ(text.substr(same), same < old.size() ? old.substr(same) : "") << fault;
+      EXPECT_TRUE(next.name == "write" || same == result.size()) << fault;
+    }
+  }
+
+  void killateach(const Options& writes) const {
+    int kills = 0;
+    const std::vector<Call> all = calls(writes);
+    for (const Call& call : all) {
+      const std::string fault = call.with("signal=SIGKILL");
+      prepare();
+      EXPECT_EQ(trace(writes, {"--inject=" + fault}).status, -SIGKILL) << fault;
+      ++kills;
+      if (GetParam().inplace()) {
+        expectwrittenover(call, all, fault);
+      } else {
+        expectmoment(fault);
+        expectnextrunworks(fault);
+      }
+    }
+    RecordProperty("kills", kills);
+  }
+
+ private:
+  std::string log_;
+};
+
+TEST_P(Faults, OfSystemCallsLoseNothing) { faileach(wholewrites); }
+
+TEST_P(Faults, OfShortWritesLoseNothing) { faileach(shortwrites, "write"); }
+
+TEST_P(Faults, OfBeingKilledLoseNothing) { killateach(wholewrites); }
+
+TEST_P(Faults, OfBeingKilledBetweenShortWritesLoseNothing) { killateach(shortwrites); }
+
+TEST_P(Faults, OfPowerFindTheFileSynced) {
+  std::vector<std::string> order;
+  for (const Call& call : calls(wholewrites)) {
+    if (call.name == "write" || call.name == "fsync" || call.name == "rename") order.push_back(call.name);
+  }
+  if (GetParam().inplace()) {
+    EXPECT_EQ(order, (std::vector<std::string>{"write", "fsync"}));
+    return;
+  }
+  ASSERT_GE(order.size(), 4U);
+  EXPECT_EQ(order[0], "write");
+  EXPECT_EQ(order[1], "fsync") << "the data, before anything is renamed";
+  EXPECT_EQ(order[2], "rename");
+  EXPECT_EQ(order.back(), "fsync") << "the folder, after everything was renamed";
+}
+
+TEST_P(Faults, OfFileSystemsThatCannotSyncOrReserveAreNone) {
+  for (const char* fault : {"fsync:error=EINVAL", "fsync:error=EOPNOTSUPP", "fsync:error=EROFS",
+                            "fallocate:error=EOPNOTSUPP", "fallocate:error=ENOSYS"}) {
+    prepare();
+    EXPECT_EQ(trace(wholewrites, {std::string("--inject=") + fault}), (Outcome{1, ""})) << fault;
+    EXPECT_EQ(contents(folder / "a"), GetParam().result) << fault;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Command, Faults, testing::ValuesIn(scenarios()), nameof);
+
+}  // namespace
+
+}  // namespace tolvane::test

@@ -1,0 +1,109 @@
+// Memory that cannot be had, at each allocation of a run: a message, every file as it was, and nothing leaked.
+#include <algorithm>
+
+#include "tests/support/scenarios.h"
+#include "tests/support/valgrind.h"
+
+namespace tolvane::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The scenarios, and the examples, which meet every step of a ladder.
+std::vector<Scenario> withexamples() {
+  const fs::path examples = fs::path(TOLVANE_SOURCE) / "examples";
+  std::vector<Scenario> all = scenarios();
+  all.push_back({
+      "UpdateExample", {"update", "a"},
+       {{"a", contents(examples / "server-3.11.qpx")}       },
+       ""
+  });
+  all.push_back({
+      "MergeExample",
+      {"merge", "a",     "s",                           "n"},
+      {{"a", "old\n"},
+        {"s", contents(examples / "legacy/config.def")},
+        {"n", contents(examples / "legacy/network.def")}},
+      ""
+  });
+  return all;
+}
+
+class MemoryFaults : public ScenarioTest {
+ protected:
+  MemoryFaults() : count_(folder.string() + ".count") {}
+  ~MemoryFaults() override { fs::remove(count_); }
+
+  /// Runs the command with that allocation failing, none for 0, by another command line.
+  [[nodiscard]] Outcome runfailing(int number, const std::vector<std::string>& by = {}) const {
+    prepare();
+    std::vector<std::string> command{"/usr/bin/env", "LD_PRELOAD=" TOLVANE_FAILING_MALLOC,
+                                     "FAILING_MALLOC=" + std::to_string(number), "COUNTING_MALLOC=" + count_};
+    command.insert(command.end(), by.begin(), by.end());
+    return runby(command, GetParam().words);
+  }
+
+  /// The number of allocations of a run that all succeed.
+  [[nodiscard]] int allocations() const {
+    EXPECT_EQ(runfailing(0).status, 1);
+    return std::stoi(contents(count_));
+  }
+
+  void expectnoleak(int number) const {
+    const Valgrind valgrind(folder.string() + ".valgrind");
+    const Outcome outcome = runfailing(number);
+    EXPECT_EQ(runfailing(number, valgrind.command()), outcome) << number;
+    EXPECT_EQ(valgrind.findings(), "") << number;
+  }
+
+ private:
+  std::string count_;
+};
+
+TEST_P(MemoryFaults, AreReportedWithTheFilesUntouched) {
+  const int count = allocations();
+  const Outcome whole = runfailing(0);
+  const Files after = filesin(folder);
+  int failed = 0;
+  for (int number = 1; number <= count; ++number) {
+    const Outcome outcome = runfailing(number);
+    if (outcome == whole) {
+      // A library does without a buffer of its own.
+      EXPECT_EQ(filesin(folder), after) << number;
+      continue;
+    }
+    ++failed;
+    EXPECT_EQ(outcome.status, 0) << number;
+    EXPECT_TRUE(outcome.printed.ends_with("Insufficient memory\n")) << number << ": " << outcome.printed;
+    EXPECT_EQ(filesin(folder), GetParam().before) << number;
+  }
+  EXPECT_GT(failed, 4);
+  EXPECT_LE(count - failed, 5) << "one for each file read, one for what is printed, one for exceptions";
+  RecordProperty("faults", failed);
+  RecordProperty("withouteffect", count - failed);
+}
+
+TEST_P(MemoryFaults, LeakNothing) {
+  expectnoleak(0);
+  const int count = allocations();
+  expectnoleak(count / 2);
+  expectnoleak(count);
+}
+
+INSTANTIATE_TEST_SUITE_P(Command, MemoryFaults, testing::ValuesIn(withexamples()), nameof);
+
+/// Minutes long.
+class HeavyMemoryFaults : public MemoryFaults {};
+
+TEST_P(HeavyMemoryFaults, LeakNothing) {
+  const int count = allocations();
+  const int stride = count > 100 ? 16 : 1;
+  for (int number = 1; number <= count; number += stride) expectnoleak(number);
+}
+
+INSTANTIATE_TEST_SUITE_P(Command, HeavyMemoryFaults, testing::ValuesIn(withexamples()), nameof);
+
+}  // namespace
+
+}  // namespace tolvane::test

@@ -1,0 +1,98 @@
+#include "tests/support/scenarios.h"
+
+#include <ostream>
+
+namespace tolvane::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string platform = "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~";
+
+}  // namespace
+
+void PrintTo(const Scenario& scenario, std::ostream* out) { *out << scenario.name; }
+
+std::vector<Scenario> scenarios() {
+  const std::string old = "[ConfigFile]\nVersion=5.44\n\n" + platform + "5.44\n";
+  const std::string current = "[ConfigFile]\nVersion=5.45\n\n" + platform + "5.45\n";
+  const std::string database = "\n[Datasets]\nDataSet_1=FDBMS,fdbms,,0,P,0,0\n";
+  const std::string system = "[ConfigFile]\nFileType=Configuration 5.44\n" + platform + "5.44\n";
+  const Files legacy = {
+      {"a", "old\n"                           },
+      {"s", system                            },
+      {"n", "[ConfigFile]\nFileType=Network\n"}
+  };
+  const std::vector<std::string> set = {"setparameter", "a", "[config]", "k", "1"};
+  return {
+      {"Update",             {"update", "a"},          {{"a", old}, {"a_544", "older\n"}},                current       },
+      {"Fdbms",              {"fdbms", "a"},           {{"a", old}, {"a_tmp", "stale\n"}},                old + database},
+      {"Merge",              {"merge", "a", "s", "n"}, legacy,                                            current       },
+      {"SetParameter",       set,                      {{"a", old}},                                      old + "k=1\n" },
+      {"SetParameterToLess", set,                      {{"a", old + "k=" + std::string(40, 'x') + "\n"}}, old + "k=1\n" },
+  };
+}
+
+std::string nameof(const testing::TestParamInfo<Scenario>& scenario) { return scenario.param.name; }
+
+void ScenarioTest::SetUp() {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizers bear neither a tracer nor another C library";
+#endif
+}
+
+void ScenarioTest::prepare() const {
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) fs::remove_all(entry.path());
+  for (const auto& [name, text] : GetParam().before) write(folder / name, text);
+}
+
+void ScenarioTest::expectuntouched(const std::string& what) const {
+  Files expected = GetParam().before;
+  const Files actual = filesin(folder);
+  if (!actual.contains("a_tmp")) expected.erase("a_tmp");
+  EXPECT_EQ(actual, expected) << what;
+}
+
+void ScenarioTest::expectdone(const std::string& what) const {
+  const Files files = filesin(folder);
+  const bool moved = GetParam().inplace() || files.contains("a");
+  EXPECT_EQ(files.at(moved ? "a" : "a_tmp"), GetParam().result) << what;
+}
+
+void ScenarioTest::expectmoment(const std::string& what) const {
+  const Scenario& scenario = GetParam();
+  const Files files = filesin(folder);
+  const auto temporary = files.find("a_tmp");
+  if (!files.contains("a")) {
+    // The old contents are removed or moved away once the new ones are whole.
+    ASSERT_NE(temporary, files.end()) << what;
+    EXPECT_EQ(temporary->second, scenario.result) << what;
+    expectbackup(files, what);
+  } else if (files.at("a") == scenario.result) {
+    EXPECT_EQ(temporary, files.end()) << what;
+    expectbackup(files, what);
+  } else {
+    EXPECT_EQ(files.at("a"), scenario.old()) << what;
+    if (temporary == files.end() || temporary->second == "stale\n") return;
+    EXPECT_TRUE(scenario.result.starts_with(temporary->second)) << what << ": " << temporary->second;
+  }
+}
+
+void ScenarioTest::expectbackup(const Files& files, const std::string& what) const {
+  if (GetParam().words[0] != "update") return;
+  ASSERT_TRUE(files.contains("a_544")) << what;
+  EXPECT_EQ(files.at("a_544"), GetParam().old()) << what;
+}
+
+void ScenarioTest::expectnextrunworks(const std::string& what) const {
+  const Scenario& scenario = GetParam();
+  if (!fs::exists(folder / "a")) fs::rename(folder / "a_tmp", folder / "a");
+  EXPECT_EQ(run(scenario.words), (Outcome{1, ""})) << what;
+  const Files files = filesin(folder);
+  EXPECT_EQ(files.at("a"), scenario.result) << what;
+  EXPECT_FALSE(files.contains("a_tmp")) << what;
+  EXPECT_FALSE(scenario.words[0] == "update" && !files.contains("a_544")) << what;
+}
+
+}  // namespace tolvane::test

@@ -1,0 +1,54 @@
+// The commands that write, each with files to run it on and what it must leave: what the tests on faults share.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tests/support/program.h"
+
+namespace tolvane::test {
+
+/// A command on the file "a", the files before it, and what "a" holds after a run without a fault.
+struct Scenario {
+  std::string name;
+  std::vector<std::string> words;
+  Files before;
+  std::string result;
+
+  /// True when the command writes straight over its file.
+  [[nodiscard]] bool inplace() const { return words[0] == "setparameter"; }
+  [[nodiscard]] const std::string& old() const { return before.at("a"); }
+};
+
+void PrintTo(const Scenario& scenario, std::ostream* out);
+
+/// One scenario or more for each command that writes.
+std::vector<Scenario> scenarios();
+
+/// A test on each of them, of the release program: the sanitizers bear neither a tracer nor another C library.
+class ScenarioTest : public ProgramTest, public testing::WithParamInterface<Scenario> {
+ protected:
+  void SetUp() override;
+
+  /// Puts the scenario's files, and only them, into the folder.
+  void prepare() const;
+
+  /// Nothing has changed, but that a stale temporary file may be gone.
+  void expectuntouched(const std::string& what) const;
+
+  /// All of the new contents stand there: in the file, or under the temporary name where the last rename was refused.
+  void expectdone(const std::string& what) const;
+
+  /// What stands there is one of the moments of a run that replaces the file, and nothing is lost at any of them.
+  void expectmoment(const std::string& what) const;
+
+  /// An administrator puts the file back if it is not there, and the next run does all of the work.
+  void expectnextrunworks(const std::string& what) const;
+
+ private:
+  void expectbackup(const Files& files, const std::string& what) const;
+};
+
+std::string nameof(const testing::TestParamInfo<Scenario>& scenario);
+
+}  // namespace tolvane::test
