@@ -12,6 +12,7 @@ namespace tolvane {
 struct Step {
   std::string_view version;
   void (*apply)();
+  std::string_view phrase;  // what it is about
 };
 
 /// Applies every step that is newer than the version, oldest first. A step never looks at whether another one ran; a

@@ -189,10 +189,10 @@ void network312() {
 }
 
 constexpr Step steps[] = {
-    {"2.04", network204}, // a second field for Ethernet servers
-    {"3.0",  network30 }, // the system directory
-    {"3.11", network311}, // databases of the server
-    {"3.12", network312}, // the sections of the newer layout
+    {"2.04", network204, "a second field for Ethernet servers"},
+    {"3.0",  network30,  "the system directory"               },
+    {"3.11", network311, "databases of the server"            },
+    {"3.12", network312, "the sections of the newer layout"   },
 };
 
 static_assert(ascends(steps));

@@ -80,12 +80,12 @@ void system312() {
 }
 
 constexpr Step steps[] = {
-    {"2.02", system202}, // network directory table
-    {"2.1",  system21 }, // startup system, communication, terminal types
-    {"3.0",  system30 }, // heap size, name of the VMS family
-    {"3.1",  system31 }, // LAT services, job servers, memory
-    {"3.11", system311}, // routine buffers, priority on Windows
-    {"3.12", system312}, // console log, terminal memory, what became obsolete
+    {"2.02", system202, "network directory table"                           },
+    {"2.1",  system21,  "startup system, communication, terminal types"     },
+    {"3.0",  system30,  "heap size, name of the VMS family"                 },
+    {"3.1",  system31,  "LAT services, job servers, memory"                 },
+    {"3.11", system311, "routine buffers, priority on Windows"              },
+    {"3.12", system312, "console log, terminal memory, what became obsolete"},
 };
 
 static_assert(ascends(steps));

@@ -141,28 +141,28 @@ TEST(Ladder, HasItsStepsInTheirOrder) {
 
 TEST(Ladder, MustAscendAlongKnownVersions) {
   constexpr Step second[] = {
-      {"2.01", nullptr}
+      {"2.01", nullptr, ""}
   };
   constexpr Step oldest[] = {
-      {"2.0", nullptr}
+      {"2.0", nullptr, ""}
   };
   EXPECT_TRUE(ascends(second));
   EXPECT_FALSE(ascends(oldest)) << "no file is older";
   constexpr Step good[] = {
-      {"3.12", nullptr},
-      {"3.2",  nullptr}
+      {"3.12", nullptr, ""},
+      {"3.2",  nullptr, ""}
   };
   constexpr Step descending[] = {
-      {"3.2",  nullptr},
-      {"3.14", nullptr}
+      {"3.2",  nullptr, ""},
+      {"3.14", nullptr, ""}
   };
   constexpr Step twice[] = {
-      {"3.2", nullptr},
-      {"3.2", nullptr}
+      {"3.2", nullptr, ""},
+      {"3.2", nullptr, ""}
   };
   constexpr Step unknown[] = {
-      {"3.12", nullptr},
-      {"3.15", nullptr}
+      {"3.12", nullptr, ""},
+      {"3.15", nullptr, ""}
   };
   EXPECT_TRUE(ascends(good));
   EXPECT_FALSE(ascends(descending));
