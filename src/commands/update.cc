@@ -4,6 +4,7 @@
 
 #include "commands/versionentry.h"
 #include "document/versions.h"
+#include "document/watch.h"
 #include "ladder/convertconfig.h"
 
 namespace tolvane {
@@ -11,7 +12,7 @@ namespace tolvane {
 namespace {
 
 /// The letters and digits of a version.
-Text backupsuffix(const Text& version) {
+Text lettersanddigits(const Text& version) {
   Text suffix;
   for (const char character : version.view()) {
     if (std::isalnum(static_cast<unsigned char>(character)) != 0) suffix.append(character);
@@ -21,12 +22,18 @@ Text backupsuffix(const Text& version) {
 
 }  // namespace
 
-int update(const char* path) {
+bool convert(const char* path, Text& backupsuffix) {
   load(path);
   const Text version{valueof(versionentry())};
-  if (!convertconfig(version)) return 1;
+  if (!convertconfig(version)) return false;
+  watch.part({}, "version of the file");
   editentry("[ConfigFile]", "Version", currentversion);
-  backup(path, backupsuffix(version));
+  backupsuffix = lettersanddigits(version);
+  return true;
+}
+
+int update(const char* path) {
+  if (Text suffix; convert(path, suffix)) backup(path, suffix);
   return 1;
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "document/outputfile.h"
+#include "document/watch.h"
 
 namespace tolvane {
 
@@ -33,7 +34,12 @@ bool readkept(Text& text, std::FILE* file) {
 /// Whether an empty line stands before this one in the file.
 bool separated(const Line& line) { return line.text.first() == '[' && &line != start; }
 
-/// The store as the contents of its file.
+// The result does not matter: what cannot be removed or renamed is left as it is.
+void replace(const char* from, const char* to) { (void)std::rename(from, to); }
+void remove(const char* path) { (void)std::remove(path); }
+
+}  // namespace
+
 std::string contents() {
   std::size_t size = 0;
   for (const Line* line = start; line != nullptr; line = line->next) size += line->text.length() + 2;
@@ -46,11 +52,8 @@ std::string contents() {
   return text;
 }
 
-// The result does not matter: what cannot be removed or renamed is left as it is.
-void replace(const char* from, const char* to) { (void)std::rename(from, to); }
-void remove(const char* path) { (void)std::remove(path); }
-
-}  // namespace
+Text temporaryname(const char* path) { return Text(std::string_view(path), "_tmp"); }
+Text backupname(const char* path, std::string_view suffix) { return Text(std::string_view(path), '_', suffix); }
 
 bool blankline(std::string_view text) { return text.find_first_not_of(" \t") == std::string_view::npos; }
 
@@ -83,7 +86,7 @@ void discard(Line* line) {
 }
 
 void load(const char* path) {
-  const std::unique_ptr<std::FILE, Close> file{std::fopen(path, "r")};
+  const std::unique_ptr<std::FILE, Close> file{watch.open(path)};
   if (file == nullptr && errno == ENOMEM) throw std::bad_alloc{};
   if (file == nullptr) throw unreadable(path);
   start = last = nullptr;
@@ -95,12 +98,13 @@ void load(const char* path) {
   std::free(line);
   // Half a file must not be taken for the whole one.
   if (std::ferror(file.get()) != 0 && errno != EISDIR) throw unreadable(path);
+  watch.loaded();
 }
 
 void save(const char* path) { overwrite(path, contents()); }
 
 void output(const char* path) {
-  const Text temporary{std::string_view(path), "_tmp"};
+  const Text temporary = temporaryname(path);
   createlike(path, temporary.c_str(), contents());
   remove(path);
   replace(temporary.c_str(), path);
@@ -108,8 +112,8 @@ void output(const char* path) {
 }
 
 void backup(const char* path, std::string_view suffix) {
-  const Text temporary{std::string_view(path), "_tmp"};
-  const Text old{std::string_view(path), '_', suffix};
+  const Text temporary = temporaryname(path);
+  const Text old = backupname(path, suffix);
   createlike(path, temporary.c_str(), contents());
   remove(old.c_str());  // kept: with the suffix "tmp" this is what was just saved
   replace(path, old.c_str());

@@ -5,6 +5,7 @@
 // left to its exit. Memory that cannot be had is a std::bad_alloc.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "document/text.h"
@@ -28,8 +29,10 @@ extern Line* last;
 /// cannot be opened or read; a directory counts as an empty file.
 void load(const char* path);
 
-/// Writes the store straight over the file, with one empty line before each section header that is not the first line.
-/// Fatal as `overwrite` is (outputfile.h).
+/// The store as the contents of its file: one empty line before each section header that is not the first line.
+std::string contents();
+
+/// Writes the store straight over the file. Fatal as `overwrite` is (outputfile.h).
 void save(const char* path);
 
 /// Replaces the file by the store, by way of the file name followed by "_tmp", which becomes like the file. Fatal as
@@ -40,6 +43,10 @@ void output(const char* path);
 /// The same, and keeps the old file under its name followed by "_" and the suffix, in place of an older backup. The
 /// suffix "tmp" would name the temporary file itself: the old file then stays as it is.
 void backup(const char* path, std::string_view suffix);
+
+/// The names that `output` and `backup` give the temporary file and the old one.
+Text temporaryname(const char* path);
+Text backupname(const char* path, std::string_view suffix);
 
 /// A new line that is not linked yet; its contents are undefined.
 Line* makeentry();

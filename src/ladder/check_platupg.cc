@@ -1,10 +1,10 @@
 #include "ladder/check_platupg.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
 
 #include "document/edits.h"
+#include "document/watch.h"
 #include "ladder/platformrecord.h"
 
 namespace tolvane {
@@ -22,9 +22,8 @@ bool removelegacycommunication(std::string_view family) {
   return takeentry("[Com]", "Com", value);
 }
 
-void warn(const Text& from, std::string_view to) {
-  const Text target{to};
-  std::printf("\nWarning: Cannot upgrade from %s to %s!\nContact Tessvar.\n\n", from.c_str(), target.c_str());
+void warn(std::string_view from, std::string_view to) {
+  print({"\nWarning: Cannot upgrade from ", from, " to ", to, "!\nContact Tessvar.\n\n"});
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "document/versions.h"
+#include "document/watch.h"
 
 namespace tolvane {
 
@@ -19,7 +20,9 @@ struct Step {
 /// version that is not known applies none.
 inline void climb(std::span<const Step> ladder, std::string_view version) {
   for (const Step& step : ladder) {
-    if (versionolder(step.version, version)) step.apply();
+    if (!versionolder(step.version, version)) continue;
+    watch.part(step.version, step.phrase);
+    step.apply();
   }
 }
 

@@ -1,12 +1,12 @@
 // The steps "3.12" to "3.3".
 #include <algorithm>
-#include <cstdio>
 
 #include "document/edits.h"
 #include "document/entries.h"
 #include "document/fields.h"
 #include "document/numbers.h"
 #include "document/series.h"
+#include "document/watch.h"
 #include "ladder/platformrecord.h"
 #include "ladder/sqldatatypes.h"
 #include "ladder/steps.h"
@@ -61,7 +61,7 @@ void normaliseplatform() {
   const Text record = platformrecord();
   const Text name = getfield(record, 1, '~');
   const Text family = name == "DG/Intel" ? Text("UNIX") : getfield(record, 2, '~');
-  if (!knownfamily(family)) std::printf("Unknown o/s type %s\n", family.c_str());
+  if (!knownfamily(family)) print({"Unknown o/s type ", family, "\n"});
   const Text newrecord = replacefield(record, 2, '~', family);
   setplatformrecord(replacefield(newrecord, 1, '~', newplatformname(name, family)));
 }

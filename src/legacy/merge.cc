@@ -5,6 +5,7 @@
 #include "document/entries.h"
 #include "document/fields.h"
 #include "document/versions.h"
+#include "document/watch.h"
 #include "ladder/convertconfig.h"
 #include "legacy/convertnetwork.h"
 #include "legacy/convertsystem.h"
@@ -15,12 +16,10 @@ Line* systemstart = nullptr;
 
 namespace {
 
-/// The version of the loaded legacy file, word 2 of its file type; empty when it names none. Fatal when word 1 is not
-/// the given type.
-Text legacyversion(std::string_view type, std::string_view message) {
-  const Text filetype = getvalue("[ConfigFile]", "FileType");
-  if (getfield(filetype, 1, ' ') != type) throw Fatal{message};
-  return getfield(filetype, 2, ' ');
+/// The version of the loaded legacy file. Fatal when it is not of the given type, word 1 of its file type.
+Text versionof(std::string_view type, std::string_view message) {
+  if (getfield(getvalue("[ConfigFile]", "FileType"), 1, ' ') != type) throw Fatal{message};
+  return legacyversion();
 }
 
 /// Links the system file's lines before those of the store. Kept: lines of the network file that stand before its first
@@ -33,21 +32,30 @@ void join(Line* systemlast) {
 
 }  // namespace
 
-int merge(const char* path, const char* systempath, const char* networkpath) {
+Text legacyversion() { return getfield(getvalue("[ConfigFile]", "FileType"), 2, ' '); }
+
+void convertpair(const char* systempath, const char* networkpath) {
   load(systempath);
-  const Text systemversion = legacyversion("Configuration", "Invalid system configuration file type");
+  const Text systemversion = versionof("Configuration", "Invalid system configuration file type");
   convertsystem(systemversion);
   systemstart = std::exchange(start, nullptr);
   Line* const systemlast = std::exchange(last, nullptr);
 
   load(networkpath);
-  convertnetwork(legacyversion("Network", "Invalid network configuration file type"));
+  convertnetwork(versionof("Network", "Invalid network configuration file type"));
+  watch.part({}, "section that describes the network file");
   delsection("[ConfigFile]");
+  watch.part({}, "both files joined");
   join(systemlast);
 
   convertconfig(systemversion);  // kept: the file is written whatever it answers
+  watch.part({}, "file type and version");
   delentry("[ConfigFile]", "FileType");
   saveentry("[ConfigFile]", "Version", currentversion);  // kept: behind a version that was there
+}
+
+int merge(const char* path, const char* systempath, const char* networkpath) {
+  convertpair(systempath, networkpath);
   output(path);
   return 1;
 }

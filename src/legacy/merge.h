@@ -8,6 +8,14 @@ namespace tolvane {
 /// The lines of the system file while the store holds those of the network file; none before and after.
 extern Line* systemstart;
 
+/// The version of the loaded legacy file, word 2 of its file type; empty when it names none.
+Text legacyversion();
+
+/// What `merge` does before it writes: loads the legacy files, and converts and joins them in the line store. Fatal
+/// when one cannot be read or is not of its type, or the platform is unknown. A line that would be longer than 511
+/// characters throws TextTooLong.
+void convertpair(const char* systempath, const char* networkpath);
+
 /// Converts and joins the legacy system and network configuration files and writes the result, in the current version,
 /// to the target, which is never read and of which no backup is kept. Returns the exit status 1. Fatal, with the target
 /// untouched, when a legacy file cannot be read or is not of its type, the platform is unknown, or the target cannot
