@@ -1,6 +1,8 @@
 // A ladder: a table of conversion steps, oldest first, and the one rule by which it is climbed.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <span>
 #include <string_view>
 
@@ -16,11 +18,16 @@ struct Step {
   std::string_view phrase;  // what it is about
 };
 
+/// The steps that are newer than the version come last: how many they are. None for a version that is not known.
+inline std::size_t pending(std::span<const Step> ladder, std::string_view version) {
+  return static_cast<std::size_t>(std::count_if(ladder.begin(), ladder.end(),
+                                                [=](const Step& step) { return versionolder(step.version, version); }));
+}
+
 /// Applies every step that is newer than the version, oldest first. A step never looks at whether another one ran; a
 /// version that is not known applies none.
 inline void climb(std::span<const Step> ladder, std::string_view version) {
-  for (const Step& step : ladder) {
-    if (!versionolder(step.version, version)) continue;
+  for (const Step& step : ladder.last(pending(ladder, version))) {
     watch.part(step.version, step.phrase);
     step.apply();
   }

@@ -5,7 +5,8 @@
 
 namespace tolvane {
 
-/// The lines of the system file while the store holds those of the network file; none before and after.
+/// The first of the system file's lines while the store holds the network file's, else none. The process's, as the
+/// store is.
 extern Line* systemstart;
 
 /// The version of the loaded legacy file, word 2 of its file type; empty when it names none.

@@ -1,0 +1,17 @@
+// Which line makes a conversion end because it would grow beyond 511 characters.
+#pragma once
+
+#include <optional>
+
+#include "preview/preview.h"
+
+namespace tolvane {
+
+/// Converts as the preview's request says, with other hands on the watch.
+using Convert = void (*)(const Request& request);
+
+/// The line of the preview's sources without whose length the conversion would not end in the part that it ended in:
+/// the first one that, whole, is too much. None when no line is to blame. Empties the line store.
+std::optional<LongLine> culprit(const Preview& preview, Convert convert);
+
+}  // namespace tolvane

@@ -1,0 +1,15 @@
+// The lines in memory as a preview sees them: those of the store, and behind a system file's lines that `merge` keeps
+// aside those of its network file.
+#pragma once
+
+#include "preview/account.h"
+
+namespace tolvane {
+
+/// The lines as they stand.
+Snapshot snapshot(Vocabulary& words);
+
+/// Frees all lines and the lists of pairs, so that another file is converted as in a process of its own.
+void forget();
+
+}  // namespace tolvane

@@ -1,0 +1,245 @@
+#include "preview/report.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "document/versions.h"
+#include "preview/escape.h"
+
+namespace tolvane {
+
+namespace {
+
+// The colours of a terminal.
+constexpr std::string_view plain = "\033[0m";
+constexpr std::string_view bold = "\033[1m";
+constexpr std::string_view red = "\033[31m";
+constexpr std::string_view green = "\033[32m";
+constexpr std::string_view yellow = "\033[33m";
+constexpr std::string_view cyan = "\033[36m";
+
+/// What is written so far, and how.
+struct Page {
+  bool color;
+  std::string text;
+
+  void line(std::string_view content) { text.append(content).append(1, '\n'); }
+  void line(std::string_view hue, const std::string& content) {
+    if (color) {
+      text.append(hue).append(content).append(plain).append(1, '\n');
+    } else {
+      line(content);
+    }
+  }
+};
+
+std::string number(std::size_t value) { return std::to_string(value); }
+
+/// "1 step", "2 steps".
+std::string counted(std::size_t value, const std::string& thing) {
+  return number(value) + ' ' + thing + (value == 1 ? "" : "s");
+}
+
+bool known(std::string_view version) {
+  return std::find(std::begin(sVersions), std::end(sVersions), version) != std::end(sVersions);
+}
+
+std::string versiontext(const Source& source) {
+  if (source.version == currentversion) return "version " + source.version + " (current)";
+  return "version " + visible(source.version) + (known(source.version) ? "" : " (not known)");
+}
+
+std::string sourcetext(const Source& source) {
+  std::string text = visible(source.path) + ": " + versiontext(source);
+  if (source.platform.empty()) return text + ", no platform";
+  return text + ", platform " + visible(source.platform) + " (" + visible(source.family) + ')';
+}
+
+std::string_view command(const Preview& preview) { return preview.request.merge() ? "merge" : "update"; }
+
+std::string heading(const Part& part) {
+  return (part.version.empty() ? std::string() : std::string(part.version) + "  ").append(part.phrase);
+}
+
+std::string sectiontext(std::uint32_t section, const Vocabulary& words) {
+  const std::string_view header = words.text(section);
+  return header.empty() ? "(before the first section)" : visible(header);
+}
+
+void writechange(const Change& change, const Vocabulary& words, Page& page) {
+  const auto text = [&](const Entry& entry) { return visible(words.text(entry.text)); };
+  if (change.added()) {
+    page.line(green, "    added    " + text(*change.after));
+  } else if (change.removed()) {
+    page.line(red, "    removed  " + text(*change.before));
+  } else if (change.moved()) {
+    const bool within = change.before->section == change.after->section;
+    page.line(cyan, "    moved    " + text(*change.after));
+    page.line(cyan,
+              "       from  " + (within ? "elsewhere in this section" : sectiontext(change.before->section, words)));
+  } else {
+    page.line(yellow, "    changed  " + text(*change.before));
+    page.line(yellow, "         to  " + text(*change.after));
+  }
+}
+
+/// The changes of a part, under their sections.
+void writechanges(const Part& part, const Vocabulary& words, Page& page) {
+  const Entry* before = nullptr;
+  for (const Change& change : part.changes) {
+    const Entry& entry = change.after ? *change.after : *change.before;
+    if (before == nullptr || before->section != entry.section) page.line("  " + sectiontext(entry.section, words));
+    before = &entry;
+    writechange(change, words, page);
+  }
+}
+
+/// Which file a ladder of a merge is for.
+std::string laddertext(const Preview& preview, std::string_view ladder) {
+  if (ladder == "system") return visible(preview.sources[0].path) + ", the system file:";
+  if (ladder == "network") return visible(preview.sources[1].path) + ", the network file:";
+  return "Both files together:";
+}
+
+void writeparts(const Preview& preview, Page& page) {
+  std::string_view ladder = "main";
+  if (preview.request.merge()) ladder = {};
+  bool separate = true;
+  for (const Part& part : preview.parts) {
+    const bool ends = preview.trouble && preview.trouble->inpart && &part == &preview.parts.back();
+    const bool nothing = part.changes.empty() && !ends;
+    if (separate || !nothing) page.line("");
+    if (!part.version.empty() && part.ladder != ladder) {
+      ladder = part.ladder;
+      page.line(bold, laddertext(preview, ladder));
+      page.line("");
+    }
+    if (nothing) {
+      page.line(heading(part) + ": nothing changes");
+    } else {
+      page.line(bold, heading(part));
+    }
+    writechanges(part, preview.words, page);
+    if (ends) page.line(red, "    " + std::string(command(preview)) + " would end here: " + troubletext(preview));
+    separate = !nothing;
+  }
+}
+
+void writemessages(const Preview& preview, Page& page) {
+  if (preview.messages.empty()) return;
+  page.line("");
+  page.line(bold, "Messages that " + std::string(command(preview)) + " would print");
+  for (const std::string_view line : preview.messagelines()) page.line("  " + visible(line));
+}
+
+std::string backuptext(const Backup& backup) {
+  std::string text = "The old file would be kept as " + visible(backup.name);
+  if (backup.folder) return text + ", where a folder stands: unless that is empty, no backup would be kept.";
+  return text + (backup.replaces ? ", in place of the older one that is there." : ".");
+}
+
+std::string whynothing(const Preview& preview) {
+  const Source& source = preview.sources[0];
+  if (preview.lost)
+    return "update would leave the file as it is: the backup would have the name of the temporary file.";
+  if (source.version == currentversion) return "update would write nothing: the file is current.";
+  return "update would write nothing: the version is not known.";
+}
+
+std::string whatever(const Preview& preview) {
+  if (preview.trouble) return std::string(command(preview)) + " would write nothing. " + troubletext(preview);
+  if (preview.outcome == Outcome::unchanged) return whynothing(preview);
+  if (preview.request.merge())
+    return "merge would write the result to its FILE, and keep no backup of one that is there.";
+  if (preview.pending > 0)
+    return "update would write " + visible(preview.sources[0].path) + " in version " + std::string(currentversion) +
+           '.';
+  return "update would write " + visible(preview.sources[0].path) + " in version " + std::string(currentversion) +
+         ", though it passes no step.";
+}
+
+void writeaccount(const Preview& preview, Page& page) {
+  const Account& account = preview.account;
+  const std::string common =
+      number(account.kept) + " kept + " + number(account.changed) + " changed + " + number(account.moved) + " moved + ";
+  page.line("  Lines before: " + number(preview.before) + " = " + common + number(account.removed) + " removed");
+  page.line("  Lines after:  " + number(preview.after) + " = " + common + number(account.added) + " added");
+  std::size_t blank = 0;
+  std::size_t split = 0;
+  std::size_t cut = 0;
+  for (const Source& source : preview.sources) {
+    blank += source.reading.blank;
+    split += source.reading.split;
+    cut += source.reading.cut;
+  }
+  page.line("  Blank lines dropped: " + number(blank) + "; lines split at 511 characters: " + number(split) +
+            (cut == 0 ? "" : "; lines cut at a NUL byte: " + number(cut)));
+}
+
+void writeresult(const Preview& preview, Page& page) {
+  page.line("");
+  page.line(bold, "Result");
+  page.line(preview.trouble ? red : std::string_view{}, "  " + whatever(preview));
+  if (preview.outcome == Outcome::trouble) return;
+  if (preview.backup) page.line("  " + backuptext(*preview.backup));
+  writeaccount(preview, page);
+}
+
+std::string inpart(const Part& part) {
+  return part.version.empty() ? std::string(" in the part \"").append(part.phrase) + '"'
+                              : std::string(" in step ").append(part.version) + " (" + std::string(part.phrase) + ')';
+}
+
+std::string linetext(const Preview& preview, const LongLine& line) {
+  return "line " + number(line.number) + " of " + visible(preview.sources[line.source].path) + ", \"" +
+         visible(line.key) + "\" in " + (line.section.empty() ? "no section" : visible(line.section)) + ", " +
+         counted(line.length, "character") + " long";
+}
+
+/// What would happen, in few words.
+std::string outlook(const Preview& preview) {
+  if (preview.trouble) return "would end: " + troubletext(preview);
+  if (preview.outcome == Outcome::unchanged) return "would stay as it is";
+  if (!preview.backup) return "would be built";
+  return "would be upgraded, backup " + visible(preview.backup->name) + (preview.backup->replaces ? " (replaced)" : "");
+}
+
+}  // namespace
+
+std::string troubletext(const Preview& preview) {
+  const Trouble& trouble = *preview.trouble;
+  if (!trouble.toolong) return visible(trouble.message);
+  std::string text = trouble.message + inpart(preview.parts.back());
+  return trouble.line ? text + ": " + linetext(preview, *trouble.line) : text;
+}
+
+std::string report(const Preview& preview, bool color) {
+  Page page{color, {}};
+  for (const Source& source : preview.sources) {
+    if (source.loaded) page.line(bold, sourcetext(source));
+  }
+  if (!preview.sources[0].loaded) page.line(bold, visible(preview.sources[0].path));
+  if (preview.sources.back().loaded)
+    page.line("  " + counted(preview.pending, "step") + " to version " + std::string(currentversion));
+  writeparts(preview, page);
+  writemessages(preview, page);
+  writeresult(preview, page);
+  return page.text;
+}
+
+std::string summary(const Preview& preview) {
+  std::string text;
+  for (const Source& source : preview.sources) {
+    text += (text.empty() ? "" : " + ") + visible(source.path);
+    if (source.loaded && preview.request.merge()) text += " (" + versiontext(source) + ')';
+  }
+  const Account& account = preview.account;
+  if (!preview.request.merge() && preview.sources[0].loaded) text += ": " + versiontext(preview.sources[0]);
+  if (preview.sources.back().loaded) {
+    text += ", " + counted(preview.pending, "step") + " pending, " +
+            counted(account.changed + account.moved + account.removed + account.added, "line") + " changed";
+  }
+  return text + ": " + outlook(preview) + '\n';
+}
+
+}  // namespace tolvane
