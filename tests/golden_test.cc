@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cctype>
 #include <set>
-#include <sstream>
 
 #include "document/versions.h"
+#include "tests/support/golden.h"
 #include "tests/support/program.h"
 #include "tests/support/valgrind.h"
 
@@ -14,30 +14,6 @@ namespace tolvane::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-const fs::path golden = fs::path(TOLVANE_SOURCE) / "tests" / "golden";
-
-std::vector<fs::path> subfolders(const fs::path& folder) {
-  std::vector<fs::path> found;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) found.push_back(entry.path());
-  std::sort(found.begin(), found.end());
-  return found;
-}
-
-std::vector<fs::path> cases() {
-  std::vector<fs::path> found;
-  for (const fs::path& version : subfolders(golden)) {
-    for (const fs::path& folder : subfolders(version)) found.push_back(folder);
-  }
-  return found;
-}
-
-std::vector<std::string> words(const fs::path& folder) {
-  std::istringstream command(contents(folder / "command"));
-  std::vector<std::string> found;
-  for (std::string word; std::getline(command, word);) found.push_back(word);
-  return found;
-}
 
 std::string printable(const testing::TestParamInfo<fs::path>& info) {
   std::string name = (*std::prev(info.param.end(), 2)).string() + "_" + info.param.filename().string();
@@ -55,7 +31,7 @@ class Golden : public ProgramTest, public testing::WithParamInterface<fs::path> 
 void Golden::expectleft(const std::vector<std::string>& by) const {
   const fs::path& parts = GetParam();
   for (const auto& [name, text] : filesin(parts / "before")) write(folder / name, text);
-  EXPECT_EQ(runby(by, words(parts)), (Outcome{std::stoi(contents(parts / "status")), contents(parts / "stdout")}));
+  EXPECT_EQ(runby(by, goldenwords(parts)), (Outcome{std::stoi(contents(parts / "status")), contents(parts / "stdout")}));
 
   const Files expected = filesin(parts / "after");
   const Files actual = filesin(folder);
@@ -76,7 +52,7 @@ TEST_P(Golden, LeavesWhatItMust) {
   expectleft({});
 }
 
-INSTANTIATE_TEST_SUITE_P(Case, Golden, testing::ValuesIn(cases()), printable);
+INSTANTIATE_TEST_SUITE_P(Case, Golden, testing::ValuesIn(goldencases()), printable);
 
 /// Minutes long.
 class HeavyGolden : public Golden {};
@@ -90,7 +66,7 @@ TEST_P(HeavyGolden, IsCleanUnderValgrind) {
   EXPECT_EQ(valgrind.findings(), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Case, HeavyGolden, testing::ValuesIn(cases()), printable);
+INSTANTIATE_TEST_SUITE_P(Case, HeavyGolden, testing::ValuesIn(goldencases()), printable);
 
 TEST(GoldenFolders, AreThereForEveryVersionAndForNothingUnknown) {
   std::set<std::string> expected{"commands", "unknown", "merge-unknown"};

@@ -26,7 +26,11 @@ namespace tolvane {
 class Vocabulary {
  public:
   Vocabulary() = default;
-  Vocabulary(Vocabulary&&) = default;  // no copies: the numbers are looked up by pieces of the texts
+  ~Vocabulary() = default;
+  // No copies: the numbers are looked up by pieces of the texts.
+  Vocabulary(const Vocabulary&) = delete;
+  Vocabulary& operator=(const Vocabulary&) = delete;
+  Vocabulary(Vocabulary&&) = default;
   Vocabulary& operator=(Vocabulary&&) = default;
 
   std::uint32_t number(std::string_view text);

@@ -91,7 +91,6 @@ LongLine named(const Candidate& candidate) {
 
 std::optional<LongLine> culprit(const Preview& preview, Convert convert) {
   const std::vector<Candidate> lines = candidates(preview);
-  const Watch before = watch;
   watch = rerun;
   std::size_t fine = 0;
   std::size_t toomany = lines.size();
@@ -100,7 +99,7 @@ std::optional<LongLine> culprit(const Preview& preview, Convert convert) {
     const std::size_t middle = fine + (toomany - fine) / 2;
     (endslikewise(preview, convert, middle) ? toomany : fine) = middle;
   }
-  watch = before;
+  watch = nobody;
   return found ? std::optional(named(lines[toomany - 1])) : std::nullopt;
 }
 

@@ -124,7 +124,7 @@ std::string headername(std::string_view path) {
 
 std::string quoted(std::string_view text) {
   const bool lossless = utf8(text);
-  std::string result = lossless ? "\"" : "{\"latin1\":\"";
+  std::string result = lossless ? "\"" : R"({"latin1":")";
   while (!text.empty()) {
     const bool single = !lossless && byte(text[0]) >= 0x80;
     const std::size_t length = single ? 1 : utf8length(text);

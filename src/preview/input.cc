@@ -22,13 +22,13 @@ struct Feed {
 
 ssize_t give(void* cookie, char* buffer, std::size_t size) {
   Feed& feed = *static_cast<Feed*>(cookie);
-  const std::string_view rest = std::string_view(feed.input->bytes).substr(feed.position);
-  const std::size_t given = std::min(size, rest.size());
+  const std::string& bytes = feed.input->bytes;
+  const std::size_t given = std::min(size, bytes.size() - feed.position);
   if (given == 0 && feed.input->readerror != 0) {
     errno = feed.input->readerror;
     return -1;
   }
-  std::memcpy(buffer, rest.data(), given);
+  std::memcpy(buffer, bytes.data() + feed.position, given);
   feed.position += given;
   return static_cast<ssize_t>(given);
 }

@@ -101,27 +101,38 @@ std::string laddertext(const Preview& preview, std::string_view ladder) {
   return "Both files together:";
 }
 
+/// True for the part in which the conversion would end.
+bool ends(const Preview& preview, const Part& part) {
+  return preview.trouble && preview.trouble->inpart && &part == &preview.parts.back();
+}
+
+void writepart(const Preview& preview, const Part& part, Page& page) {
+  page.line("");
+  page.line(bold, heading(part));
+  writechanges(part, preview.words, page);
+  if (ends(preview, part)) {
+    page.line(red, "    " + std::string(command(preview)) + " would end here: " + troubletext(preview));
+  }
+}
+
 void writeparts(const Preview& preview, Page& page) {
-  std::string_view ladder = "main";
-  if (preview.request.merge()) ladder = {};
-  bool separate = true;
+  std::string_view ladder = preview.request.merge() ? "" : "main";
+  bool idle = false;  // the part before is one line
   for (const Part& part : preview.parts) {
-    const bool ends = preview.trouble && preview.trouble->inpart && &part == &preview.parts.back();
-    const bool nothing = part.changes.empty() && !ends;
-    if (separate || !nothing) page.line("");
     if (!part.version.empty() && part.ladder != ladder) {
       ladder = part.ladder;
-      page.line(bold, laddertext(preview, ladder));
       page.line("");
+      page.line(bold, laddertext(preview, ladder));
+      idle = false;
     }
-    if (nothing) {
-      page.line(heading(part) + ": nothing changes");
+    const bool moves = !part.changes.empty() || ends(preview, part);
+    if (moves) {
+      writepart(preview, part, page);
     } else {
-      page.line(bold, heading(part));
+      if (!idle) page.line("");
+      page.line(heading(part) + ": nothing changes");
     }
-    writechanges(part, preview.words, page);
-    if (ends) page.line(red, "    " + std::string(command(preview)) + " would end here: " + troubletext(preview));
-    separate = !nothing;
+    idle = !moves;
   }
 }
 
@@ -172,6 +183,7 @@ void writeaccount(const Preview& preview, Page& page) {
     split += source.reading.split;
     cut += source.reading.cut;
   }
+  if (preview.outcome == Outcome::unchanged) return;
   page.line("  Blank lines dropped: " + number(blank) + "; lines split at 511 characters: " + number(split) +
             (cut == 0 ? "" : "; lines cut at a NUL byte: " + number(cut)));
 }
