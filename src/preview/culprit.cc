@@ -69,16 +69,15 @@ std::vector<Input> inputs(const Preview& preview, std::size_t whole) {
 bool endslikewise(const Preview& preview, Convert convert, std::size_t whole) {
   Run run{inputs(preview, whole)};
   running = &run;
-  bool toolong = false;
+  const Forgetting afterwards;
   try {
     convert(preview.request);
   } catch (const TextTooLong&) {
-    toolong = run.parts == preview.parts.size();
+    return run.parts == preview.parts.size();
   } catch (const Fatal&) {
-    toolong = false;
+    return false;
   }
-  forget();
-  return toolong;
+  return false;
 }
 
 LongLine named(const Candidate& candidate) {

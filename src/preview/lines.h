@@ -12,4 +12,12 @@ Snapshot snapshot(Vocabulary& words);
 /// Frees all lines and the lists of pairs, so that another file is converted as in a process of its own.
 void forget();
 
+/// Frees them at the end of its life.
+struct Forgetting {
+  Forgetting() = default;
+  ~Forgetting() { forget(); }
+  Forgetting(const Forgetting&) = delete;
+  Forgetting& operator=(const Forgetting&) = delete;
+};
+
 }  // namespace tolvane

@@ -93,12 +93,12 @@ class Watching {
   ~Watching() {
     watch = nobody;
     watched = nullptr;
-    forget();
   }
   Watching(const Watching&) = delete;
   Watching& operator=(const Watching&) = delete;
 
  private:
+  Forgetting afterwards_;
   Watched state_;
 };
 
