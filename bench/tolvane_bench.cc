@@ -5,12 +5,12 @@
 #include <cstdlib>
 #include <string>
 
+#include "commands/forget.h"
 #include "document/entries.h"
 #include "document/fields.h"
 #include "ladder/convertconfig.h"
 #include "ladder/ladder.h"
 #include "legacy/merge.h"
-#include "tests/support/memory.h"
 
 namespace tolvane {
 
@@ -25,7 +25,7 @@ std::string pathof(const std::string& name) {
 std::string sizename(benchmark::State& state) { return "realistic-" + std::to_string(state.range(0)); }
 
 void given(const std::string& name) {
-  test::clearmemory();
+  forget();
   load(pathof(name).c_str());
 }
 
@@ -34,7 +34,7 @@ void loading(benchmark::State& state) {
   for (auto _ : state) {
     load(path.c_str());
     state.PauseTiming();
-    test::clearmemory();
+    forget();
     state.ResumeTiming();
   }
 }
@@ -99,7 +99,7 @@ BENCHMARK(cleaningmappings)->Name("mappings")->Arg(10000)->Arg(20000);
 void merging(benchmark::State& state) {
   const std::string network = "legacy-globals-" + std::to_string(state.range(0));
   for (auto _ : state) {
-    test::clearmemory();
+    forget();
     merge(pathof("merged").c_str(), pathof("system").c_str(), pathof(network).c_str());
   }
 }

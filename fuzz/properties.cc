@@ -10,9 +10,9 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "commands/forget.h"
 #include "document/linestore.h"
 #include "fuzz/work.h"
-#include "tests/support/memory.h"
 
 namespace tolvane::fuzz {
 
@@ -101,7 +101,7 @@ std::string contentsof(const Lines& lines) {
 }
 
 bool ends(const std::function<void()>& work, std::uint64_t allowed) {
-  test::clearmemory();
+  forget();
   const std::uint64_t before = workdone();
   bool whole = false;
   try {

@@ -1,8 +1,5 @@
 #include "preview/lines.h"
 
-#include <cstdlib>
-
-#include "document/fields.h"
 #include "document/linestore.h"
 #include "legacy/merge.h"
 
@@ -18,43 +15,13 @@ void appendfile(Snapshot& snapshot, const Line* first, Vocabulary& words) {
   }
 }
 
-void release(Line* line) {
-  while (line != nullptr) {
-    Line* const next = line->next;
-    std::free(line);
-    line = next;
-  }
-}
-
-void release(Pair* pair) {
-  while (pair != nullptr) {
-    Pair* const next = pair->next;
-    std::free(pair->text);
-    std::free(pair);
-    pair = next;
-  }
-}
-
-/// True when the store has other lines than those set aside.
-bool apart() { return systemstart != nullptr && systemstart != start; }
-
 }  // namespace
 
 Snapshot snapshot(Vocabulary& words) {
   Snapshot snapshot;
-  if (apart()) appendfile(snapshot, systemstart, words);
+  if (systemstart != nullptr) appendfile(snapshot, systemstart, words);
   appendfile(snapshot, start, words);
   return snapshot;
-}
-
-void forget() {
-  if (apart()) release(systemstart);
-  release(start);
-  systemstart = start = last = nullptr;
-  for (Pair*& list : pairs) {
-    release(list);
-    list = nullptr;
-  }
 }
 
 }  // namespace tolvane

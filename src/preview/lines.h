@@ -2,6 +2,7 @@
 // aside those of its network file.
 #pragma once
 
+#include "commands/forget.h"
 #include "preview/account.h"
 
 namespace tolvane {
@@ -9,10 +10,7 @@ namespace tolvane {
 /// The lines as they stand.
 Snapshot snapshot(Vocabulary& words);
 
-/// Frees all lines and the lists of pairs, so that another file is converted as in a process of its own.
-void forget();
-
-/// Frees them at the end of its life.
+/// Forgets all lines at the end of its life.
 struct Forgetting {
   Forgetting() = default;
   ~Forgetting() { forget(); }

@@ -1,4 +1,4 @@
-// Loaded ahead of the C library, lets the n-th allocation of tolvane fail; n stands in FAILING_MALLOC. At the end of
+// Loaded ahead of the C library, lets the n-th allocation of tolvane or its preview fail; n stands in FAILING_MALLOC. At the end of
 // the process the number of its allocations is written to the file that COUNTING_MALLOC names. Whatever else is run on
 // the way to it, such as valgrind, allocates as ever.
 #include <dlfcn.h>
@@ -13,7 +13,7 @@ namespace {
 
 int number = 0;
 
-bool meant() { return std::strcmp(program_invocation_short_name, "tolvane") == 0; }
+bool meant() { return std::strncmp(program_invocation_short_name, "tolvane", 7) == 0; }
 
 using Allocate = void* (*)(std::size_t);
 

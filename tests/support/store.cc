@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
+#include "commands/forget.h"
 #include "document/linestore.h"
 #include "ladder/ladder.h"
-#include "tests/support/memory.h"
 
 namespace tolvane::test {
 
 void given(std::string_view lines) {
-  clearmemory();
+  forget();
   while (!lines.empty()) {
     const std::size_t end = lines.find('\n');
     Line* const line = makeentry();
@@ -36,9 +36,9 @@ std::string behind(std::string_view head, const std::string& lines) {
   return lines.substr(std::min(head.size(), lines.size()));
 }
 
-StoreTest::StoreTest() { clearmemory(); }
+StoreTest::StoreTest() { forget(); }
 
-StoreTest::~StoreTest() { clearmemory(); }
+StoreTest::~StoreTest() { forget(); }
 
 std::string converted(std::string_view version, std::string_view before) { return converted(ladder, version, before); }
 
