@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
 
 #include "document/linestore.h"
 
@@ -28,7 +27,7 @@ ssize_t give(void* cookie, char* buffer, std::size_t size) {
     errno = feed.input->readerror;
     return -1;
   }
-  std::memcpy(buffer, bytes.data() + feed.position, given);
+  std::copy_n(bytes.data() + feed.position, given, buffer);
   feed.position += given;
   return static_cast<ssize_t>(given);
 }

@@ -92,9 +92,11 @@ TEST_F(ReadingAndLoading, AgreeOnRandomBytes) {
 TEST_F(ReadingAndLoading, EndTheSameWayWhenReadingFails) {
   given = {"[A]\n", 0, EIO};
   EXPECT_THROW(load("a"), Fatal);
+  test::given("");  // load frees nothing
   given = {"[A]\n", 0, EISDIR};
   load("a");
   EXPECT_EQ(lines(), "[A]\n") << "a folder is an empty file";
+  test::given("");
   given = {"", ENOENT, 0};
   EXPECT_THROW(load("a"), Fatal);
   given = {"", ENOMEM, 0};
