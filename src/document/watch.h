@@ -8,7 +8,7 @@
 
 namespace tolvane {
 
-/// The watcher's procedures, none of which may touch the line store.
+/// The watcher's procedures, none of which may change the line store.
 struct Watch {
   /// Opens the file that `load` reads, for reading. None, with errno set, when it cannot.
   std::FILE* (*open)(const char* path);

@@ -119,11 +119,16 @@ bool colored(When when) {
   return isatty(STDOUT_FILENO) == 1 && !dumb && (nocolor == nullptr || *nocolor == '\0');
 }
 
-void print(std::string_view text) { (void)std::fwrite(text.data(), 1, text.size(), stdout); }
+int printerror = 0;  // the first, why something that was printed got lost
 
-/// One line on standard error, behind what was printed before.
+void printed(bool whole) {
+  if (!whole && printerror == 0) printerror = errno;
+}
+
+void print(std::string_view text) { printed(std::fwrite(text.data(), 1, text.size(), stdout) == text.size()); }
+
+/// One line on standard error.
 void complain(std::string_view about, std::string_view what) {
-  (void)std::fflush(stdout);
   (void)std::fprintf(stderr, "tolvane-preview: %.*s: %.*s\n", static_cast<int>(about.size()), about.data(),
                      static_cast<int>(what.size()), what.data());
 }
@@ -160,6 +165,7 @@ int show(const Request& request, const Options& options) {
   try {
     const Preview preview = tolvane::previewof(request);
     print(formed(preview, options));
+    printed(std::fflush(stdout) == 0);  // before what is complained about
     if (preview.outcome == Outcome::trouble) complain(nameof(request), tolvane::troubletext(preview));
     return preview.outcome == Outcome::trouble ? trouble : preview.outcome == Outcome::changed ? somechange : nochange;
   } catch (const std::bad_alloc&) {
@@ -210,9 +216,10 @@ int run(int words, char** line) {
 
 /// The status, unless what was printed got lost on its way.
 int delivered(int status) {
-  const bool whole = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
-  if (whole && std::fclose(stdout) == 0) return status;
-  if (errno != EPIPE) complain("standard output", std::strerror(errno));
+  printed(std::fflush(stdout) == 0);
+  printed(std::fclose(stdout) == 0);
+  if (printerror == 0) return status;
+  if (printerror != EPIPE) complain("standard output", std::strerror(printerror));
   return trouble;
 }
 

@@ -45,6 +45,7 @@ bool known(std::string_view version) {
 }
 
 std::string versiontext(const Source& source) {
+  if (source.version.empty()) return "no version";
   if (source.version == currentversion) return "version " + source.version + " (current)";
   return "version " + visible(source.version) + (known(source.version) ? "" : " (not known)");
 }
@@ -52,7 +53,8 @@ std::string versiontext(const Source& source) {
 std::string sourcetext(const Source& source) {
   std::string text = visible(source.path) + ": " + versiontext(source);
   if (source.platform.empty()) return text + ", no platform";
-  return text + ", platform " + visible(source.platform) + " (" + visible(source.family) + ')';
+  text += ", platform " + visible(source.platform);
+  return source.family.empty() ? text : text + " (" + visible(source.family) + ')';
 }
 
 std::string_view command(const Preview& preview) { return preview.request.merge() ? "merge" : "update"; }

@@ -197,6 +197,10 @@ TEST_F(PreviewProgram, ReportsAnUnknownPlatform) {
 TEST_F(PreviewProgram, ReportsAFileThatIsNone) {
   write(folder / "a.qpx", "");
   fs::create_directory(folder / "b");
+  EXPECT_EQ(preview({"a.qpx"}).printed,
+            "a.qpx: no version, no platform\n  0 steps to version 5.45\n"
+            "\nMessages that update would print\n  Invalid configuration file format\n"
+            "\nResult\n  update would write nothing. Invalid configuration file format\n");
   const std::string invalid = "Invalid configuration file format\n";
   EXPECT_EQ(preview({"a.qpx", "b"}).complained,
             "tolvane-preview: a.qpx: " + invalid + "tolvane-preview: b: " + invalid);
@@ -407,7 +411,8 @@ TEST_F(PreviewProgram, ColorsATerminalUnlessNoColorIsSet) {
 
 TEST_F(PreviewProgram, IsInTroubleWhenItCannotPrint) {
   write(folder / "a.qpx", current);
-  for (const char* word : {"a.qpx", "--help", "--version"}) {
+  fs::copy_file(fs::path(TOLVANE_SOURCE) / "examples" / "server-3.11.qpx", folder / "large.qpx");
+  for (const char* word : {"a.qpx", "large.qpx", "--help", "--version"}) {
     EXPECT_EQ(previewby("exec \"$@\" >&-", {word}),
               (Shown{2, "", "tolvane-preview: standard output: Bad file descriptor\n"}));
     EXPECT_EQ(previewby("exec \"$@\" >/dev/full", {word}),
