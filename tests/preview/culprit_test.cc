@@ -48,6 +48,12 @@ TEST_F(Culprit, IsTheEntryThatIsRewritten) {
             "4.2: Drive_2 of [MagTape], line 8");
 }
 
+TEST_F(Culprit, IsTheEntryWithoutWhichTheRunWouldEndElsewhere) {
+  // Cut short, the platform's name does not grow, but is unknown.
+  EXPECT_EQ(ending(file("5.43", "[config]\noverview=" + std::string(497, 'x') + "AMD64\n")),
+            "5.44: overview of [config], line 5");
+}
+
 TEST_F(Culprit, IsTheEntryWhoseFieldsAreFilledUp) {
   EXPECT_EQ(
       ending(file("5.33", record + "[ZPG.Applications]\nZPGApp_1=/a\n" + filled("ZPGApp_2=/b,") + "ZPGApp_3=/c\n")),

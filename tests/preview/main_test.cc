@@ -105,6 +105,50 @@ TEST_F(PreviewProgram, PrintsADiff) {
   EXPECT_EQ(patched("old", shown.printed), contents(folder / "a.qpx"));
 }
 
+TEST_F(PreviewProgram, PrintsAnObjectOfJson) {
+  write(folder / "a.qpx",
+        "[ConfigFile]\nVersion=5.44\n\n" + platform + "5.44\n[config]\nn\xe4me=\"\n[Language]\nPhysicalCursor=1\n");
+  fs::create_directory(folder / "a.qpx_544");
+  EXPECT_EQ(
+      preview({"--json", "a.qpx"}).printed,
+      R"json({"command":"update","files":[{"path":"a.qpx","version":"5.44","platform":"X86-64(Ubuntu Linux)","family":"UNIX",)json"
+      R"json("blank":1,"split":0,"cut":0}],"outcome":"changed","pending":1,"parts":[)json"
+      R"json({"ladder":"main","version":"5.45","phrase":"obsolete keys","changes":[)json"
+      R"json({"kind":"removed","section":"[Language]","line":"PhysicalCursor=1"}]},)json"
+      R"json({"ladder":null,"version":null,"phrase":"platform check","changes":[]},)json"
+      R"json({"ladder":null,"version":null,"phrase":"version in the platform record","changes":[)json"
+      R"json({"kind":"changed","section":"[config]","line":"overview=X86-64(Ubuntu Linux)~UNIX~5.45",)json"
+      R"json("old":"overview=X86-64(Ubuntu Linux)~UNIX~5.44"}]},)json"
+      R"json({"ladder":null,"version":null,"phrase":"version of the file","changes":[)json"
+      R"json({"kind":"changed","section":"[ConfigFile]","line":"Version=5.45","old":"Version=5.44"}]}],)json"
+      R"json("messages":[],"backup":{"name":"a.qpx_544","replaces":true,"folder":true},)json"
+      R"json("lines":{"before":8,"after":7,"kept":5,"changed":2,"moved":0,"removed":1,"added":0},"trouble":null})json"
+      "\n");
+}
+
+TEST_F(PreviewProgram, PrintsTroubleAsJson) {
+  const std::string record = "overview=Linux/AMD64~UNIX~5.43~\xff";
+  write(folder / "a.qpx",
+        "[ConfigFile]\nVersion=5.43\n[config]\n" + record + std::string(511 - record.size(), 'x') + '\n');
+  const Shown shown = preview({"--json", "a.qpx", "none"});
+  EXPECT_EQ(shown.status, 2);
+  EXPECT_THAT(
+      shown.printed,
+      HasSubstr(
+          R"json("trouble":{"message":"A line would grow beyond 511 characters","version":"5.44",)json"
+          R"json("phrase":"names of 64-bit platforms","line":{"path":"a.qpx","number":4,"section":"[config]",)json"
+          R"json("key":"overview","length":511}}})json"
+          "\n"
+          R"json({"command":"update","files":[{"path":"none","version":null,"platform":null,"family":null,)json"
+          R"json("blank":0,"split":0,"cut":0}],"outcome":"trouble","pending":0,"parts":[],)json"
+          R"json("messages":["Cannot open file none for input."],"backup":null,)json"));
+  const fs::path source = TOLVANE_SOURCE;
+  write(folder / "all.json", shown.printed);
+  EXPECT_EQ(spawn({"/usr/bin/python3", source / "tests" / "preview" / "validate.py",
+                   source / "docs" / "preview.schema.json", folder / "all.json"}),
+            (Outcome{0, "2 objects\n"}));
+}
+
 TEST_F(PreviewProgram, SummarizesInOneLine) {
   write(folder / "a.qpx", old);
   write(folder / "b.qpx", current);
