@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "tests/support/program.h"
+#include "tests/support/scenarios.h"
 
 namespace tolvane::test {
 
@@ -11,13 +11,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string old = "[ConfigFile]\nVersion=5.44\n\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.44\n";
-const std::string converted = "[ConfigFile]\nVersion=5.45\n\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.45\n";
-
-class Situations : public ProgramTest {
+class Situations : public ProgramTest, public testing::WithParamInterface<Scenario> {
  protected:
-  /// Runs the program as an ordinary user, who is no owner of anything here.
-  [[nodiscard]] Outcome runasother(const std::vector<std::string>& words) const {
+  /// Runs the command as an ordinary user, who is no owner of anything here.
+  [[nodiscard]] Outcome runasother() const {
+    const std::vector<std::string>& words = GetParam().words;
     if (geteuid() != 0) return run(words);
     // The program may stand where nobody else gets in.
     const std::string program = folder.string() + ".program";
@@ -30,79 +28,41 @@ class Situations : public ProgramTest {
   }
 };
 
-TEST_F(Situations, AHardLinkKeepsTheOldContentsUnderItsOtherName) {
-  write(folder / "a", old);
-  fs::create_hard_link(folder / "a", folder / "other");
-  EXPECT_EQ(run({"update", "a"}), (Outcome{1, ""}));
-  EXPECT_EQ(filesin(folder), (Files{
-                                 {"a",     converted},
-                                 {"a_544", old      },
-                                 {"other", old      }
-  }));
-}
-
-TEST_F(Situations, AHardLinkIsSetUnderBothNames) {
-  write(folder / "a", "[A]\n");
-  fs::create_hard_link(folder / "a", folder / "other");
-  EXPECT_EQ(run({"setparameter", "a", "[A]", "k", "1"}), (Outcome{1, ""}));
-  EXPECT_EQ(filesin(folder), (Files{
-                                 {"a",     "[A]\nk=1\n"},
-                                 {"other", "[A]\nk=1\n"}
-  }));
-}
-
-TEST_F(Situations, AFolderThatMayNotBeWrittenKeepsItsFiles) {
-  write(folder / "a", old);
+TEST_P(Situations, AFolderThatMayNotBeWrittenKeepsItsFiles) {
+  for (const auto& [name, text] : GetParam().before) write(folder / name, text);
   fs::permissions(folder / "a", fs::perms{0444});
   fs::permissions(folder, fs::perms{0555});
-  EXPECT_EQ(runasother({"update", "a"}), (Outcome{0, "Cannot open file a_tmp for output.\n"}));
-  EXPECT_EQ(runasother({"fdbms", "a"}), (Outcome{0, "Cannot open file a_tmp for output.\n"}));
-  EXPECT_EQ(runasother({"setparameter", "a", "[A]", "k", "1"}), (Outcome{0, "Cannot open file a for output.\n"}));
+  const std::string name = GetParam().inplace() ? "a" : "a_tmp";
+  EXPECT_EQ(runasother(), (Outcome{0, "Cannot open file " + name + " for output.\n"}));
   fs::permissions(folder, fs::perms{0755});
-  EXPECT_EQ(filesin(folder), (Files{
-                                 {"a", old}
-  }));
+  EXPECT_EQ(filesin(folder), GetParam().before);
 }
 
-TEST_F(Situations, AFileThatMayNotBeReadIsReported) {
-  write(folder / "a", old);
-  fs::permissions(folder / "a", fs::perms{0});
-  fs::permissions(folder, fs::perms{0755});
-  EXPECT_EQ(runasother({"update", "a"}), (Outcome{0, "Cannot open file a for input.\n"}));
+TEST_P(Situations, AFileThatMayNotBeWrittenIsReplacedInAFolderThatMay) {
+  for (const auto& [name, text] : GetParam().before) write(folder / name, text);
+  fs::permissions(folder / "a", fs::perms{0444});
+  fs::permissions(folder, fs::perms{0777});
+  if (GetParam().inplace()) {
+    EXPECT_EQ(runasother(), (Outcome{0, "Cannot open file a for output.\n"}));
+    EXPECT_EQ(filesin(folder), GetParam().before);
+  } else {
+    EXPECT_EQ(runasother(), (Outcome{1, ""}));
+    EXPECT_EQ(contents(folder / "a"), GetParam().result);
+    EXPECT_EQ(fs::status(folder / "a").permissions(), fs::perms{0444});
+  }
 }
 
-TEST_F(Situations, AnEmptyFileGetsASection) {
-  write(folder / "a", "");
-  EXPECT_EQ(run({"setparameter", "a", "[A]", "k", "1"}), (Outcome{1, ""}));
-  EXPECT_EQ(filesin(folder), (Files{
-                                 {"a", "[A]\nk=1\n"}
-  }));
+TEST_P(Situations, AFileThatMayNotBeReadIsReported) {
+  for (const auto& [name, text] : GetParam().before) write(folder / name, text);
+  const std::string name = GetParam().words[0] == "merge" ? "s" : "a";
+  fs::permissions(folder / name, fs::perms{0});
+  fs::permissions(folder, fs::perms{0777});
+  EXPECT_EQ(runasother(), (Outcome{0, "Cannot open file " + name + " for input.\n"}));
+  fs::permissions(folder / name, fs::perms{0644});
+  EXPECT_EQ(filesin(folder), GetParam().before);
 }
 
-TEST_F(Situations, ANameTooLongForTheTemporaryOneKeepsTheFile) {
-  // The file system takes 255 characters: 251 leave room for "_tmp" and "_544", 252 do not.
-  const std::string fits(251, 'n');
-  write(folder / fits, old);
-  EXPECT_EQ(run({"update", fits}), (Outcome{1, ""}));
-  EXPECT_EQ(filesin(folder), (Files{
-                                 {fits,          converted},
-                                 {fits + "_544", old      }
-  }));
-
-  const std::string longer(252, 'n');
-  write(folder / longer, old);
-  EXPECT_EQ(run({"update", longer}), (Outcome{0, "Cannot open file " + longer + "_tmp for output.\n"}));
-  EXPECT_EQ(contents(folder / longer), old);
-}
-
-TEST_F(Situations, AMillionCharactersWithoutANewlineAreSplit) {
-  write(folder / "a", old + std::string(1000000, 'x'));
-  EXPECT_EQ(run({"update", "a"}), (Outcome{1, ""}));
-  std::string expected = converted;
-  for (int line = 0; line < 1000000 / 511; ++line) expected += std::string(511, 'x') + "\n";
-  expected += std::string(1000000 % 511, 'x') + "\n";
-  EXPECT_EQ(contents(folder / "a"), expected);
-}
+INSTANTIATE_TEST_SUITE_P(Command, Situations, testing::ValuesIn(scenarios()), nameof);
 
 }  // namespace
 
