@@ -41,17 +41,23 @@ bool sync(int file) {
   return true;
 }
 
-/// Copies the extended attributes, those that the caller may.
-void copyattributes(const char* model, int file) {
+constexpr std::string_view accesslist = "system.posix_acl_access";
+
+/// Copies the extended attributes that the caller may copy. False when the disk is full or fails, and when an access
+/// list cannot be copied: the mode alone would let others in.
+bool copyattributes(const char* model, int file) {
   std::array<char, XATTR_LIST_MAX> names;
   std::array<char, XATTR_SIZE_MAX> value;
   const ssize_t length = listxattr(model, names.data(), names.size());
+  if (length < 0) return errno == ENOTSUP;
   for (ssize_t begin = 0; begin < length;) {
     const char* const name = &names[static_cast<std::size_t>(begin)];
     const ssize_t size = getxattr(model, name, value.data(), value.size());
-    if (size >= 0) (void)fsetxattr(file, name, value.data(), static_cast<std::size_t>(size), 0);
+    const bool copied = size >= 0 && fsetxattr(file, name, value.data(), static_cast<std::size_t>(size), 0) == 0;
+    if (!copied && (name == accesslist || errno == ENOSPC || errno == EDQUOT || errno == EIO)) return false;
     begin += static_cast<ssize_t>(std::strlen(name)) + 1;
   }
+  return true;
 }
 
 /// Gives the file owner, group, extended attributes and mode of the model.
@@ -61,8 +67,7 @@ bool liken(int file, const char* model, const struct stat& status) {
     // The file has another group now, and that gets no more than everybody has.
     mode = (mode & 0707) | ((mode & 07) << 3);
   }
-  copyattributes(model, file);
-  return fchmod(file, mode) == 0;
+  return copyattributes(model, file) && fchmod(file, mode) == 0;
 }
 
 /// Reads what is left of a file.
@@ -122,8 +127,9 @@ void createlike(const char* model, const char* path, std::string_view contents) 
   struct stat status = {};
   if (lstat(path, &status) == 0 && (!S_ISREG(status.st_mode) || unlink(path) != 0)) throw cannotopen(path);
   const bool like = stat(model, &status) == 0;
+  const bool missing = !like && errno == ENOENT;
   // Until it is like its model the new file is its writer's alone. O_EXCL follows no link that somebody puts there now.
-  const int file = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, like ? 0600 : 0666);
+  const int file = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, missing ? 0666 : 0600);
   if (file < 0) throw cannotopen(path);
   bool written = writeall(file, contents);
   written = written && (!like || liken(file, model, status)) && sync(file);

@@ -1,5 +1,7 @@
 #include "tests/support/scenarios.h"
 
+#include <sys/xattr.h>
+
 #include <ostream>
 
 namespace tolvane::test {
@@ -7,6 +9,26 @@ namespace tolvane::test {
 namespace {
 
 namespace fs = std::filesystem;
+
+const char* const accesslist = "system.posix_acl_access";
+
+/// Its owner may read and write, user 1 may read, and the group nothing, though the mode says that it may read.
+constexpr std::string_view onemoreuser{
+    "\2\0\0\0"
+    "\x01\0\6\0\xff\xff\xff\xff"
+    "\x02\0\4\0\x01\0\0\0"
+    "\x04\0\0\0\xff\xff\xff\xff"
+    "\x10\0\4\0\xff\xff\xff\xff"
+    "\x20\0\0\0\xff\xff\xff\xff",
+    4 + 5 * 8};
+
+/// The access list of a file, empty without one.
+std::string listof(const fs::path& path) {
+  std::string list(1000, ' ');
+  const ssize_t size = getxattr(path.c_str(), accesslist, list.data(), list.size());
+  list.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+  return list;
+}
 
 const std::string platform = "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~";
 
@@ -44,7 +66,19 @@ void ScenarioTest::SetUp() {
 
 void ScenarioTest::prepare() const {
   for (const fs::directory_entry& entry : fs::directory_iterator(folder)) fs::remove_all(entry.path());
-  for (const auto& [name, text] : GetParam().before) write(folder / name, text);
+  for (const auto& [name, text] : GetParam().before) {
+    write(folder / name, text);
+    fs::permissions(folder / name, fs::perms{0600});
+  }
+  (void)setxattr((folder / "a").c_str(), accesslist, onemoreuser.data(), onemoreuser.size(), 0);
+}
+
+void ScenarioTest::expectprivate(const std::string& what) const {
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+    const auto mode = static_cast<unsigned>(entry.status().permissions());
+    const unsigned open = listof(entry.path()) == onemoreuser ? 0040 : 0;
+    EXPECT_EQ(mode & 0077U, open) << what << ": " << entry.path();
+  }
 }
 
 void ScenarioTest::expectuntouched(const std::string& what) const {
@@ -74,6 +108,8 @@ void ScenarioTest::expectmoment(const std::string& what) const {
     expectbackup(files, what);
   } else {
     EXPECT_EQ(files.at("a"), scenario.old()) << what;
+    const bool saved = temporary != files.end() && temporary->second == scenario.result;
+    EXPECT_TRUE(saved || scenario.words[0] != "update" || files.at("a_544") == "older\n") << what;
     if (temporary == files.end() || temporary->second == "stale\n") return;
     EXPECT_TRUE(scenario.result.starts_with(temporary->second)) << what << ": " << temporary->second;
   }

@@ -30,8 +30,12 @@ class ScenarioTest : public ProgramTest, public testing::WithParamInterface<Scen
  protected:
   void SetUp() override;
 
-  /// Puts the scenario's files, and only them, into the folder.
+  /// Puts the scenario's files, and only them, into the folder. They are their owner's alone, but for one more user in
+  /// the access list of "a", where the file system has such lists.
   void prepare() const;
+
+  /// Nobody else can read any of the files.
+  void expectprivate(const std::string& what) const;
 
   /// Nothing has changed, but that a stale temporary file may be gone.
   void expectuntouched(const std::string& what) const;
