@@ -4,11 +4,19 @@
 passed=0
 failed=0
 
-# check NAME COMMAND...: runs the command and counts; shows what it prints only when it fails.
+# check NAME COMMAND...: runs the command and counts; shows what it prints only when it fails. A function fails with the
+# first of its commands that does.
 check() {
-  local name=$1 output
+  local name=$1 output status
   shift
-  if output=$("$@" 2>&1); then
+  set +e
+  output=$(
+    set -e
+    "$@" 2>&1
+  )
+  status=$?
+  set -e
+  if [ "$status" -eq 0 ]; then
     passed=$((passed + 1))
     echo "ok      $name"
   else
@@ -16,6 +24,9 @@ check() {
     printf 'FAILED  %s\n%s\n' "$name" "$output"
   fi
 }
+
+# is WHAT EXPECTED ACTUAL: fails unless they are equal.
+is() { [ "$2" = "$3" ] || { echo "$1: \"$3\" instead of \"$2\"" && return 1; }; }
 
 # counted: shows the counts; fails when a check did, or when there was none.
 counted() {
