@@ -1,11 +1,12 @@
 // The golden cases: each folder golden/<version>/<case>/ holds a command, the files before it, and what must stand
 // afterwards: the files, what is printed and the exit status, byte for byte.
+#include "tests/support/golden.h"
+
 #include <algorithm>
 #include <cctype>
 #include <set>
 
 #include "document/versions.h"
-#include "tests/support/golden.h"
 #include "tests/support/program.h"
 #include "tests/support/valgrind.h"
 
