@@ -32,7 +32,8 @@ class Golden : public ProgramTest, public testing::WithParamInterface<fs::path> 
 void Golden::expectleft(const std::vector<std::string>& by) const {
   const fs::path& parts = GetParam();
   for (const auto& [name, text] : filesin(parts / "before")) write(folder / name, text);
-  EXPECT_EQ(runby(by, goldenwords(parts)), (Outcome{std::stoi(contents(parts / "status")), contents(parts / "stdout")}));
+  EXPECT_EQ(runby(by, goldenwords(parts)),
+            (Outcome{std::stoi(contents(parts / "status")), contents(parts / "stdout")}));
 
   const Files expected = filesin(parts / "after");
   const Files actual = filesin(folder);

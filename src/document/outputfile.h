@@ -11,8 +11,8 @@ namespace tolvane {
 
 /// Creates the file, in place of a stale plain one of that name; anything else of that name, such as a symbolic link,
 /// is not written through but Fatal. The file gets the mode and, as far as the caller may set them, the owner, the
-/// group and the extended attributes of the model, and is never open to more people than that; where there is no model it
-/// gets what any new file gets. A file that could not be written whole is removed.
+/// group and the extended attributes of the model, and is never open to more people than that; where there is no model
+/// it gets what any new file gets. A file that could not be written whole is removed.
 void createlike(const char* model, const char* path, std::string_view contents);
 
 /// Writes straight over the file, or creates it. The room is reserved before the old contents of a plain file are

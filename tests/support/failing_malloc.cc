@@ -1,6 +1,6 @@
-// Loaded ahead of the C library, lets the n-th allocation of tolvane or its preview fail; n stands in FAILING_MALLOC. At the end of
-// the process the number of its allocations is written to the file that COUNTING_MALLOC names. Whatever else is run on
-// the way to it, such as valgrind, allocates as ever.
+// Loaded ahead of the C library, lets the n-th allocation of tolvane or its preview fail; n stands in FAILING_MALLOC.
+// At the end of the process the number of its allocations is written to the file that COUNTING_MALLOC names. Whatever
+// else is run on the way to it, such as valgrind, allocates as ever.
 #include <dlfcn.h>
 
 #include <cerrno>
