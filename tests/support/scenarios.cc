@@ -71,6 +71,7 @@ void ScenarioTest::prepare() const {
     fs::permissions(folder / name, fs::perms{0600});
   }
   (void)setxattr((folder / "a").c_str(), accesslist, onemoreuser.data(), onemoreuser.size(), 0);
+  (void)setxattr((folder / "a").c_str(), "user.tolvane", "test", 4, 0);
 }
 
 void ScenarioTest::expectprivate(const std::string& what) const {

@@ -31,7 +31,7 @@ class ScenarioTest : public ProgramTest, public testing::WithParamInterface<Scen
   void SetUp() override;
 
   /// Puts the scenario's files, and only them, into the folder. They are their owner's alone, but for one more user in
-  /// the access list of "a", where the file system has such lists.
+  /// the access list of "a", which has one more extended attribute, too; both where the file system has such things.
   void prepare() const;
 
   /// Nobody else can read any of the files.
