@@ -228,6 +228,16 @@ TEST_P(Faults, OfFileSystemsThatCannotSyncOrReserveAreNone) {
   }
 }
 
+class FaultsBesidesPlainFiles : public ProgramTest {};
+
+TEST_F(FaultsBesidesPlainFiles, OfSyncingAreTold) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizers bear no tracer";
+#endif
+  const std::vector<std::string> strace{"/usr/bin/strace", "-qq", "-o", "/dev/null", "--inject=fsync:error=EIO"};
+  EXPECT_EQ(runby(strace, {"setparameter", "/dev/null", "[A]", "k", "1"}), (Outcome{0, "Error writing output file\n"}));
+}
+
 INSTANTIATE_TEST_SUITE_P(Command, Faults, testing::ValuesIn(scenarios()), nameof);
 
 }  // namespace
