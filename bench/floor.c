@@ -1,8 +1,9 @@
 /* The floor under every run: reads a file line by line into nodes of 528 bytes, writes it anew in one piece, syncs,
- * keeps a backup and renames, as `update` does, or writes straight over it, as `setparameter` does, with no edits.
+ * keeps a backup and renames, as `update` does, with no edits; or sets one entry that is there and writes straight over
+ * the file, as `setparameter` does.
  *
  *     floor update FILE
- *     floor setparameter FILE */
+ *     floor setparameter FILE SECTION KEY VALUE */
 #include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -72,15 +73,28 @@ static void replace(const char* path, const char* text, size_t length) {
   close(folder);
 }
 
+static void set(const char* section, const char* key, const char* value) {
+  const size_t length = strlen(key);
+  struct line* line = start;
+  while (line != NULL && strcmp(line->text, section) != 0) line = line->next;
+  do {
+    if (line == NULL || (line = line->next) == NULL || line->text[0] == '[') exit(2);
+  } while (strncmp(line->text, key, length) != 0 || line->text[length] != '=');
+  if (snprintf(line->text, sizeof line->text, "%s=%s", key, value) >= (int)sizeof line->text) exit(2);
+}
+
 int main(int count, char** words) {
-  if (count != 3) return 2;
+  if (count < 3) return 2;
+  const int setting = strcmp(words[1], "setparameter") == 0;
+  if (count != (setting ? 6 : 3)) return 2;
   load(words[2]);
+  if (setting) set(words[3], words[4], words[5]);
   size_t length = 0;
   const char* text = contents(&length);
-  if (strcmp(words[1], "update") == 0) {
-    replace(words[2], text, length);
-  } else {
+  if (setting) {
     writeto(words[2], O_TRUNC, text, length);
+  } else {
+    replace(words[2], text, length);
   }
   return 0;
 }
