@@ -70,18 +70,19 @@ bool liken(int file, const char* model, const struct stat& status) {
   return copyattributes(model, file) && fchmod(file, mode) == 0;
 }
 
-/// Reads what is left of a file.
-bool readall(int file, std::string& contents) {
-  std::array<char, 65536> piece;
+/// Reads what is left of a file, of about that many bytes.
+bool readall(int file, std::size_t size, std::string& contents) {
+  contents.resize(size + 1);  // one more, so that its end is seen without growing
+  std::size_t length = 0;
   while (true) {
-    const ssize_t length = read(file, piece.data(), piece.size());
-    if (length == 0) return true;
-    if (length > 0) {
-      contents.append(piece.data(), static_cast<std::size_t>(length));
-    } else if (errno != EINTR) {
-      return false;
-    }
+    const ssize_t count = read(file, &contents[length], contents.size() - length);
+    if (count == 0) break;
+    if (count < 0 && errno != EINTR) return false;
+    if (count > 0) length += static_cast<std::size_t>(count);
+    if (length == contents.size()) contents.resize(2 * length);
   }
+  contents.resize(length);
+  return true;
 }
 
 /// Reserves the room for that many bytes; the file stays as long as it is. Where nothing can be reserved, true.
@@ -99,9 +100,9 @@ bool rewrite(int file, std::string_view contents) {
          ftruncate(file, static_cast<off_t>(contents.size())) == 0 && sync(file);
 }
 
-bool writeoverplain(int file, std::string_view contents) {
+bool writeoverplain(int file, std::size_t size, std::string_view contents) {
   std::string old;
-  if (!readall(file, old)) return false;
+  if (!readall(file, size, old)) return false;
   if (reserve(file, contents.size()) && rewrite(file, contents)) return true;
   (void)rewrite(file, old);
   return false;
@@ -110,7 +111,7 @@ bool writeoverplain(int file, std::string_view contents) {
 bool writeover(int file, std::string_view contents) {
   struct stat status = {};
   if (fstat(file, &status) != 0) return false;
-  if (S_ISREG(status.st_mode)) return writeoverplain(file, contents);
+  if (S_ISREG(status.st_mode)) return writeoverplain(file, static_cast<std::size_t>(status.st_size), contents);
   return writeall(file, contents) && sync(file);
 }
 
