@@ -1,7 +1,11 @@
 #include "document/outputfile.h"
 
+#include <endian.h>
 #include <fcntl.h>
 #include <linux/limits.h>
+#include <linux/posix_acl.h>
+#include <linux/posix_acl_xattr.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -9,6 +13,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <span>
 #include <string>
 
 #include "document/ends.h"
@@ -41,20 +46,41 @@ bool sync(int file) {
   return true;
 }
 
-constexpr std::string_view accesslist = "system.posix_acl_access";
+constexpr const char* accesslist = "system.posix_acl_access";
 
-/// Copies the extended attributes that the caller may copy. False when the disk is full or fails, and when an access
-/// list cannot be copied: the mode alone would let others in.
+/// Takes from a new file the access list that it has from its folder: its model may have none.
+bool dropaccesslist(int file) { return fremovexattr(file, accesslist) == 0 || errno == ENODATA || errno == ENOTSUP; }
+
+/// Closes an access list to all but the owner and those whom nothing names, until the mode is set and opens it again.
+void closemask(std::span<char> list) {
+  posix_acl_xattr_entry entry;
+  for (std::size_t begin = sizeof(posix_acl_xattr_header); begin + sizeof entry <= list.size(); begin += sizeof entry) {
+    std::memcpy(&entry, &list[begin], sizeof entry);
+    if (entry.e_tag == htole16(ACL_MASK)) entry.e_perm = 0;
+    std::memcpy(&list[begin], &entry, sizeof entry);
+  }
+}
+
+/// Copies an extended attribute. False when the disk is full or fails, and when an access list cannot be copied: the
+/// mode alone would let others in.
+bool copyattribute(const char* model, int file, const char* name) {
+  std::array<char, XATTR_SIZE_MAX> value;
+  const bool list = std::strcmp(name, accesslist) == 0;
+  const ssize_t length = getxattr(model, name, value.data(), value.size());
+  const std::size_t size = length < 0 ? 0 : static_cast<std::size_t>(length);
+  if (list) closemask({value.data(), size});
+  if (length >= 0 && fsetxattr(file, name, value.data(), size, 0) == 0) return true;
+  return !list && errno != ENOSPC && errno != EDQUOT && errno != EIO;
+}
+
+/// Copies the extended attributes that the caller may copy.
 bool copyattributes(const char* model, int file) {
   std::array<char, XATTR_LIST_MAX> names;
-  std::array<char, XATTR_SIZE_MAX> value;
   const ssize_t length = listxattr(model, names.data(), names.size());
   if (length < 0) return errno == ENOTSUP;
   for (ssize_t begin = 0; begin < length;) {
     const char* const name = &names[static_cast<std::size_t>(begin)];
-    const ssize_t size = getxattr(model, name, value.data(), value.size());
-    const bool copied = size >= 0 && fsetxattr(file, name, value.data(), static_cast<std::size_t>(size), 0) == 0;
-    if (!copied && (name == accesslist || errno == ENOSPC || errno == EDQUOT || errno == EIO)) return false;
+    if (!copyattribute(model, file, name)) return false;
     begin += static_cast<ssize_t>(std::strlen(name)) + 1;
   }
   return true;
@@ -67,7 +93,7 @@ bool liken(int file, const char* model, const struct stat& status) {
     // The file has another group now, and that gets no more than everybody has.
     mode = (mode & 0707) | ((mode & 07) << 3);
   }
-  return copyattributes(model, file) && fchmod(file, mode) == 0;
+  return dropaccesslist(file) && copyattributes(model, file) && fchmod(file, mode) == 0;
 }
 
 /// Reads what is left of a file, of about that many bytes.
@@ -83,6 +109,12 @@ bool readall(int file, std::size_t size, std::string& contents) {
   }
   contents.resize(length);
   return true;
+}
+
+/// Whether this process may write a file of that many bytes. Reserving room does not ask.
+bool allowed(std::size_t size) {
+  rlimit limit = {};
+  return getrlimit(RLIMIT_FSIZE, &limit) != 0 || size <= limit.rlim_cur;
 }
 
 /// Reserves the room for that many bytes; the file stays as long as it is. Where nothing can be reserved, true.
@@ -103,7 +135,8 @@ bool rewrite(int file, std::string_view contents) {
 bool writeoverplain(int file, std::size_t size, std::string_view contents) {
   std::string old;
   if (!readall(file, size, old)) return false;
-  if (reserve(file, contents.size()) && rewrite(file, contents)) return true;
+  if (!allowed(contents.size()) || !reserve(file, contents.size())) return false;
+  if (rewrite(file, contents)) return true;
   (void)rewrite(file, old);
   return false;
 }

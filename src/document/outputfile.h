@@ -2,7 +2,8 @@
 // that fails leaves the file that was there.
 //
 // Both procedures write the contents as they are. Fatal, "Cannot open file %s for output." or "Error writing output
-// file", when the file cannot be opened or not all of it be written and synced.
+// file", when the file cannot be opened or not all of it be written and synced, or the mode or access list of the file
+// that it replaces be set.
 #pragma once
 
 #include <string_view>
@@ -16,8 +17,9 @@ namespace tolvane {
 void createlike(const char* model, const char* path, std::string_view contents);
 
 /// Writes straight over the file, or creates it. The room is reserved before the old contents of a plain file are
-/// touched, so that a full disk leaves it as it was, and whatever else fails puts them back; when it cannot even be
-/// closed the new contents stand there, whole. What cannot be synced at all, such as a pipe, need not be.
+/// touched, so that a full disk or a limit leaves it as it was. When something else fails they are put back, as far as
+/// the disk still takes them; when only closing fails the new contents stand there, whole. What cannot be synced at
+/// all, such as a pipe, need not be.
 void overwrite(const char* path, std::string_view contents);
 
 /// Syncs the folder of a path, so that what was renamed in it stays renamed. Failures are ignored.

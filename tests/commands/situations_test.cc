@@ -14,18 +14,7 @@ namespace fs = std::filesystem;
 class Situations : public ProgramTest, public testing::WithParamInterface<Scenario> {
  protected:
   /// Runs the command as an ordinary user, who is no owner of anything here.
-  [[nodiscard]] Outcome runasother() const {
-    const std::vector<std::string>& words = GetParam().words;
-    if (geteuid() != 0) return run(words);
-    // The program may stand where nobody else gets in.
-    const std::string program = folder.string() + ".program";
-    fs::copy_file(TOLVANE_PROGRAM, program, fs::copy_options::overwrite_existing);
-    std::vector<std::string> command{"/usr/bin/setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", program};
-    command.insert(command.end(), words.begin(), words.end());
-    const Outcome outcome = spawn(std::move(command));
-    fs::remove(program);
-    return outcome;
-  }
+  [[nodiscard]] Outcome runasother() const { return ProgramTest::runasother({}, GetParam().words); }
 };
 
 TEST_P(Situations, AFolderThatMayNotBeWrittenKeepsItsFiles) {

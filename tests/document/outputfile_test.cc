@@ -1,5 +1,6 @@
 #include "document/outputfile.h"
 
+#include <fcntl.h>
 #include <grp.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -11,6 +12,7 @@
 #include <filesystem>
 
 #include "document/ends.h"
+#include "tests/support/accesslist.h"
 #include "tests/support/program.h"
 
 namespace tolvane::test {
@@ -143,6 +145,26 @@ TEST_F(OutputFile, GetsTheExtendedAttributesOfItsModel) {
   EXPECT_EQ(getxattr((folder / "new").c_str(), "user.other", value.data(), value.size()), 0);
 }
 
+TEST_F(OutputFile, IsOpenToNobodyWhomItsFolderNamesUnlessItsModelIs) {
+  if (!setlist(folder, "system.posix_acl_default", onemoreuser)) GTEST_SKIP() << "the file system has no access lists";
+  write(folder / "model", "");
+  ASSERT_EQ(removexattr((folder / "model").c_str(), accesslist), 0);
+  fs::permissions(folder / "model", fs::perms{0640});
+  EXPECT_EQ(create("a\n"), "");
+  EXPECT_EQ(listof(folder / "new"), "");
+  EXPECT_EQ(mode("new"), 0640U);
+
+  ASSERT_TRUE(setlist(folder / "model", accesslist, onemoreuser));
+  EXPECT_EQ(create("a\n"), "");
+  EXPECT_EQ(listof(folder / "new"), onemoreuser);
+}
+
+TEST_F(OutputFile, WithoutAModelIsOpenToWhomItsFolderNames) {
+  if (!setlist(folder, "system.posix_acl_default", onemoreuser)) GTEST_SKIP() << "the file system has no access lists";
+  EXPECT_EQ(create("a\n"), "");
+  EXPECT_EQ(listof(folder / "new"), onemoreuser);
+}
+
 TEST_F(OutputFile, ReplacesAStaleFileButNotWhatIsLinkedToIt) {
   write(folder / "other", std::string(1000, 'x'));
   fs::create_hard_link(folder / "other", folder / "new");
@@ -211,6 +233,20 @@ TEST_F(OutputFile, ThatCannotGrowStaysAsItWas) {
     EXPECT_NO_THROW(overwrite((folder / "new").c_str(), std::string(100, 'a')));
     EXPECT_EQ(contents(folder / "new"), std::string(100, 'a'));
   }
+}
+
+TEST_F(OutputFile, ThatRoomCannotBeReservedForIsNotWrittenAtAll) {
+  write(folder / "new", "old\n");
+  const timespec then[] = {
+      {1000, 0},
+      {1000, 0}
+  };
+  ASSERT_EQ(utimensat(AT_FDCWD, (folder / "new").c_str(), then, 0), 0);
+  const FileSizeLimit limit(50);
+  EXPECT_THROW(overwrite((folder / "new").c_str(), std::string(100, 'a')), Fatal);
+  struct stat status = {};
+  ASSERT_EQ(stat((folder / "new").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mtim.tv_sec, 1000);
 }
 
 TEST_F(OutputFile, ThatIsMissingIsCreated) {

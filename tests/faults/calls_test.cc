@@ -3,11 +3,15 @@
 // Every system call that a command makes on files from its first file on is failed once with each of several errors,
 // and the run is killed before each of them, which is after the one before. strace does both. All of it is done once
 // more with writes that take only half of what they are asked to.
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <csignal>
 #include <set>
 #include <sstream>
 
+#include "tests/support/accesslist.h"
 #include "tests/support/scenarios.h"
 
 namespace tolvane::test {
@@ -89,7 +93,8 @@ class Faults : public ScenarioTest {
     if (call.name == "openat") return call != afterwrite("openat", calls);  // that one opens the folder
     // An attribute that may not be set is left out.
     if (call.name == "getxattr" || call.name == "fsetxattr") return error == "ENOSPC" || error == "EIO";
-    const std::set<std::string> checked{"read", "write", "lseek", "fallocate", "ftruncate", "listxattr", "fchmod"};
+    const std::set<std::string> checked{"read",      "write",     "lseek",        "fallocate",
+                                        "ftruncate", "listxattr", "fremovexattr", "fchmod"};
     return checked.contains(call.name);
   }
 
@@ -228,9 +233,9 @@ TEST_P(Faults, OfFileSystemsThatCannotSyncOrReserveAreNone) {
   }
 }
 
-class FaultsBesidesPlainFiles : public ProgramTest {};
+class OtherFaults : public ProgramTest {};
 
-TEST_F(FaultsBesidesPlainFiles, OfSyncingAreTold) {
+TEST_F(OtherFaults, OfSyncingBesidesPlainFilesAreTold) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the sanitizers bear no tracer";
 #endif
@@ -239,6 +244,23 @@ TEST_F(FaultsBesidesPlainFiles, OfSyncingAreTold) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Command, Faults, testing::ValuesIn(scenarios()), nameof);
+
+TEST_F(OtherFaults, KilledBeforeTheModeIsSetItIsOpenToNoOtherGroup) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizers bear no tracer";
+#endif
+  if (geteuid() != 0) GTEST_SKIP() << "only root becomes somebody else";
+  write(folder / "a", "[ConfigFile]\nVersion=5.44\n\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.44\n");
+  if (!setlist(folder / "a", accesslist, onemoreuser)) GTEST_SKIP() << "the file system has no access lists";
+  // Its owner is an ordinary user, and its group one that the owner is not in.
+  ASSERT_EQ(chown((folder / "a").c_str(), 65534, 0), 0);
+  ASSERT_EQ(chown(folder.c_str(), 65534, 65534), 0);
+  (void)runasother({"/usr/bin/strace", "-qq", "-o", "/dev/null", "--inject=fchmod:signal=SIGKILL"}, {"update", "a"});
+  struct stat status = {};
+  ASSERT_EQ(stat((folder / "a_tmp").c_str(), &status), 0);
+  EXPECT_EQ(status.st_gid, 65534U);
+  EXPECT_EQ(status.st_mode & 0077U, 0U);
+}
 
 }  // namespace
 

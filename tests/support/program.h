@@ -41,6 +41,10 @@ class ProgramTest : public testing::Test {
   /// The same, run by another command line that ends with the program's.
   [[nodiscard]] Outcome runby(std::vector<std::string> commandline, const std::vector<std::string>& words) const;
 
+  /// The same, as an ordinary user (65534) without any group but that of the number. Only root becomes somebody else:
+  /// without being root, as who one is.
+  [[nodiscard]] Outcome runasother(std::vector<std::string> commandline, const std::vector<std::string>& words) const;
+
   /// Runs a whole command line in the test's folder.
   [[nodiscard]] Outcome spawn(std::vector<std::string> commandline) const;
 

@@ -4,31 +4,13 @@
 
 #include <ostream>
 
+#include "tests/support/accesslist.h"
+
 namespace tolvane::test {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-const char* const accesslist = "system.posix_acl_access";
-
-/// Its owner may read and write, user 1 may read, and the group nothing, though the mode says that it may read.
-constexpr std::string_view onemoreuser{
-    "\2\0\0\0"
-    "\x01\0\6\0\xff\xff\xff\xff"
-    "\x02\0\4\0\x01\0\0\0"
-    "\x04\0\0\0\xff\xff\xff\xff"
-    "\x10\0\4\0\xff\xff\xff\xff"
-    "\x20\0\0\0\xff\xff\xff\xff",
-    4 + 5 * 8};
-
-/// The access list of a file, empty without one.
-std::string listof(const fs::path& path) {
-  std::string list(1000, ' ');
-  const ssize_t size = getxattr(path.c_str(), accesslist, list.data(), list.size());
-  list.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
-  return list;
-}
 
 const std::string platform = "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~";
 
@@ -70,7 +52,7 @@ void ScenarioTest::prepare() const {
     write(folder / name, text);
     fs::permissions(folder / name, fs::perms{0600});
   }
-  (void)setxattr((folder / "a").c_str(), accesslist, onemoreuser.data(), onemoreuser.size(), 0);
+  (void)setlist(folder / "a", accesslist, onemoreuser);
   (void)setxattr((folder / "a").c_str(), "user.tolvane", "test", 4, 0);
 }
 
