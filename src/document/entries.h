@@ -68,7 +68,8 @@ void delentry(std::string_view section, std::string_view key);
 void saveentry(std::string_view section, std::string_view key, std::string_view value);
 
 /// The same for entries that are added to one section one behind the other: `end`, none at first, is its last line and
-/// then the line that was added. With a walk through the section for each, 10,000 servers took 3 s instead of 0.08 s.
+/// then the line that was added; between two calls nobody else may discard that line or add to the section. With a walk
+/// through the section for each, 10,000 servers took 3 s instead of 0.08 s.
 void appendentry(Line*& end, std::string_view section, std::string_view key, std::string_view value);
 
 /// Appends a header line at the end of the store, without looking for an existing section, and returns it.
@@ -84,7 +85,8 @@ void delsection(std::string_view section);
 /// Copies the key of a line. Returns the character at which it stopped: "=", or NUL when the line has none.
 char gettagname(std::string_view line, Text& key);
 
-/// Copies the key of the first line of the section; it is empty when the section is missing or has no lines.
+/// Copies the key of the first line of the section; it is empty when that line has none, and when the section is
+/// missing or has no lines.
 void getnexttagname(std::string_view section, Text& key);
 
 /// Gives the entry a new key; its value stays. Nothing happens when it is missing.

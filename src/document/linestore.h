@@ -25,8 +25,8 @@ extern Line* start;
 extern Line* last;
 
 /// Empties the store, freeing nothing, and fills it with the lines of the file. Lines of only blanks and tabs are
-/// dropped, lines of more than 511 characters split; a carriage return stays part of its line. Fatal when the file
-/// cannot be opened or read; a directory counts as an empty file.
+/// dropped, lines of more than 511 characters split; a NUL byte ends its line, and a carriage return stays part of it.
+/// Fatal when the file cannot be opened or read; a directory counts as an empty file.
 void load(const char* path);
 
 /// The store as the contents of its file: one empty line before each section header that is not the first line.

@@ -1,5 +1,5 @@
 // Tape device fix-up: the drives "Drive_1", "Drive_2", ... of "[MagTape]", whose values are fields separated by "~":
-// the drive's number, its device path, and more.
+// the drive's number, its device path, and more. They are looked at up to the first gap in the numbers.
 #pragma once
 
 namespace tolvane {

@@ -1,5 +1,5 @@
 // Web application fix-up: the applications "ZPGApp_1", "ZPGApp_2", ... of "[ZPG.Applications]", whose values are 19
-// fields separated by ",", field 1 the URL path.
+// fields separated by ",", field 1 the URL path. They are looked at up to the first gap in the numbers.
 #pragma once
 
 namespace tolvane {

@@ -4,8 +4,9 @@
 namespace tolvane {
 
 /// Deletes, in the mapping section of each namespace up to the first gap in their numbers, the mappings of dropped
-/// globals and their subscript-level mappings, closes the gaps, and deletes a section that is left without entries. A
-/// section without a mapping number 1 stays as it is.
+/// globals and their subscript-level mappings and closes the gaps; where a number stands twice, a mapping that is then
+/// left in a gap is deleted, too. A section that is left without entries is deleted; one whose first line has an empty
+/// key counts as such, and its lines join the section before. A section without a mapping number 1 stays as it is.
 void dropglobals();
 
 }  // namespace tolvane

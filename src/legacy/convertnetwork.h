@@ -12,8 +12,8 @@ namespace tolvane {
 extern const std::span<const Step> networkladder;
 
 /// Brings the lines of a legacy network file from its version up to "3.12", the last step moving them into the sections
-/// of the newer layout; a version that is later or not known changes
-/// nothing.
+/// of the newer layout; a version that is later or not known changes nothing. A line that would grow too long throws
+/// TextTooLong.
 void convertnetwork(std::string_view version);
 
 }  // namespace tolvane

@@ -12,7 +12,7 @@ namespace tolvane {
 extern const std::span<const Step> systemladder;
 
 /// Brings the lines of a legacy system file from its version up to "3.12"; a version that is later or not known changes
-/// nothing.
+/// nothing. A line that would grow too long throws TextTooLong.
 void convertsystem(std::string_view version);
 
 }  // namespace tolvane
