@@ -76,7 +76,8 @@ std::string backup(const std::optional<Backup>& backup) {
   return Object()
       .with("name", quoted(backup->name))
       .with("replaces", boolean(backup->replaces))
-      .with("folder", boolean(backup->folder))
+      .with("link", boolean(backup->link))
+      .with("obstacle", quotedornull(backup->obstacle))
       .text();
 }
 

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 #include "commands/update.h"
 #include "document/ends.h"
@@ -134,19 +136,46 @@ Snapshot read(const std::vector<Source>& sources, Vocabulary& words) {
   return lines;
 }
 
-Backup backupunder(const Text& name) {
+/// What stands under a name, links not followed; none when nothing does, and why in errno.
+std::optional<mode_t> kindof(const char* path) {
   struct stat status = {};
-  const bool there = lstat(name.c_str(), &status) == 0;
-  return {std::string(name), there, there && S_ISDIR(status.st_mode)};
+  if (lstat(path, &status) != 0) return {};
+  return status.st_mode & S_IFMT;
+}
+
+Backup backupunder(const Text& name, bool link) {
+  Backup backup{std::string(name), false, link, {}};
+  const std::optional<mode_t> kind = kindof(name.c_str());
+  backup.replaces = kind.has_value();
+  std::error_code error;
+  if (kind == S_IFDIR && !std::filesystem::is_empty(backup.name, error)) {
+    backup.obstacle = "a folder that is not empty has this name";
+  } else if (!kind && errno == ENAMETOOLONG) {
+    backup.obstacle = "this name is too long for the file system";
+  }
+  return backup;
+}
+
+/// Why the temporary file could not be made; nothing when it could, as far as its name tells.
+std::string obstacle(const Text& temporary) {
+  const std::optional<mode_t> kind = kindof(temporary.c_str());
+  if (kind && kind != S_IFREG) return "it is there and no plain file";
+  return !kind && errno == ENAMETOOLONG ? std::strerror(errno) : std::string();
 }
 
 /// Plans what an update does with its result.
 void planbackup(Preview& preview, const Text& suffix) {
   const Text temporary = temporaryname(preview.request.path);
   const Text name = backupname(preview.request.path, suffix);
-  preview.lost = name == temporary;
-  if (preview.lost) return;
-  preview.backup = backupunder(name);
+  const std::string why = obstacle(temporary);
+  preview.lost = why.empty() && name == temporary;
+  if (!why.empty()) {
+    const std::string message = "Cannot open file " + std::string(temporary) + " for output.";
+    preview.messages += message + '\n';
+    preview.trouble = {message + " (" + why + ')', false, false, false, {}};
+  } else if (!preview.lost) {
+    preview.backup = backupunder(name, kindof(preview.request.path) == S_IFLNK);
+  }
 }
 
 /// The result is in the line store.
@@ -156,13 +185,15 @@ void takeresult(Preview& preview, const Text& suffix) {
     try {
       planbackup(preview, suffix);
     } catch (const TextTooLong&) {
-      preview.trouble = {
-          "The name of the temporary file or of the backup would be longer than 511 characters.", false, false, {}};
-      return;
+      preview.trouble = {"The name of the temporary file or of the backup would be longer than 511 characters.",
+                         false,
+                         false,
+                         false,
+                         {}};
     }
   }
-  preview.outcome = preview.lost ? Outcome::unchanged : Outcome::changed;
-  if (preview.lost) return;
+  if (preview.lost || preview.trouble) return;
+  preview.outcome = Outcome::changed;
   preview.result = contents();
   const Snapshot then = read(preview.sources, preview.words);
   const Snapshot now = snapshot(preview.words);
@@ -173,19 +204,31 @@ void takeresult(Preview& preview, const Text& suffix) {
 /// Why a source cannot be read; nothing when that is not the trouble.
 std::string reason(const Source& source) {
   const int error = source.input.openerror != 0 ? source.input.openerror : source.input.readerror;
-  return error == 0 || error == EISDIR ? std::string() : std::string(" (") + std::strerror(error) + ')';
+  return error == 0 ? std::string() : std::string(" (") + std::strerror(error) + ')';
+}
+
+/// The source that is too large to be previewed, if one is.
+const Source* toolarge(const Preview& preview) {
+  const auto found = std::find_if(preview.sources.begin(), preview.sources.end(),
+                                  [](const Source& source) { return source.input.readerror == EFBIG; });
+  return found == preview.sources.end() ? nullptr : &*found;
 }
 
 void endfatally(Preview& preview, const std::string& message) {
+  if (const Source* const source = toolarge(preview)) {
+    const std::string limit = std::to_string(largestinput >> 20) + " MiB";
+    preview.trouble = {source->path + " has more than " + limit + " and is not previewed.", false, false, true, {}};
+    return;
+  }
   std::string why;
   for (const Source& source : preview.sources) why += reason(source);
   preview.messages += message + '\n';
-  preview.trouble = {message + why, !preview.parts.empty(), false, {}};
+  preview.trouble = {message + why, !preview.parts.empty(), false, false, {}};
 }
 
 void endtoolong(Preview& preview) {
   std::optional<LongLine> line = culprit(preview, convertagain);
-  preview.trouble = {"A line would grow beyond 511 characters", true, true, std::move(line)};
+  preview.trouble = {"A line would grow beyond 511 characters", true, true, false, std::move(line)};
 }
 
 /// True unless a text is too long.
@@ -205,7 +248,9 @@ bool run(Preview& preview) {
   }
 }
 
+/// None as long as not all of the sources are read.
 std::size_t pendingsteps(const std::vector<Source>& sources) {
+  if (!sources.back().loaded) return 0;
   const std::size_t steps = pending(ladder, sources[0].version);
   if (sources.size() == 1) return steps;
   return steps + pending(systemladder, sources[0].version) + pending(networkladder, sources[1].version);

@@ -52,6 +52,7 @@ struct Trouble {
   std::string message;
   bool inpart = false;   // it happens in the last part
   bool toolong = false;  // it is a line that would grow too long
+  bool unread = false;   // the preview itself gives up, and what the run would do is not known
   std::optional<LongLine> line;
 };
 
@@ -59,7 +60,8 @@ struct Trouble {
 struct Backup {
   std::string name;
   bool replaces = false;  // there is something of that name
-  bool folder = false;    // and it is a folder
+  bool link = false;      // the file is a symbolic link, which would itself be the backup
+  std::string obstacle;   // why there would be none after all, else empty
 };
 
 /// What would become of the files.

@@ -25,7 +25,7 @@ struct Page {
 
   void line(std::string_view content) { text.append(content).append(1, '\n'); }
   void line(std::string_view hue, const std::string& content) {
-    if (color) {
+    if (color && !hue.empty()) {
       text.append(hue).append(content).append(plain).append(1, '\n');
     } else {
       line(content);
@@ -146,10 +146,14 @@ void writemessages(const Preview& preview, Page& page) {
 }
 
 std::string backuptext(const Backup& backup) {
-  std::string text = "The old file would be kept as " + visible(backup.name);
-  if (backup.folder) return text + ", where a folder stands: unless that is empty, no backup would be kept.";
+  if (!backup.obstacle.empty())
+    return "The old file would not be kept as " + visible(backup.name) + ": " + backup.obstacle + '.';
+  const std::string text = "The old file would be kept as " + visible(backup.name);
   return text + (backup.replaces ? ", in place of the older one that is there." : ".");
 }
+
+constexpr std::string_view linktext =
+    "The old file is a symbolic link: the link itself would go, and what it points to stay as it is.";
 
 std::string whynothing(const Preview& preview) {
   const Source& source = preview.sources[0];
@@ -159,16 +163,22 @@ std::string whynothing(const Preview& preview) {
   return "update would write nothing: the version is not known.";
 }
 
+/// Of a version that no step leads on from.
+bool unknown(const Preview& preview) {
+  const Source& source = preview.sources[0];
+  return !preview.request.merge() && !known(source.version);
+}
+
 std::string whatever(const Preview& preview) {
+  if (preview.trouble && preview.trouble->unread) return troubletext(preview);
   if (preview.trouble) return std::string(command(preview)) + " would write nothing. " + troubletext(preview);
   if (preview.outcome == Outcome::unchanged) return whynothing(preview);
   if (preview.request.merge())
     return "merge would write the result to its FILE, and keep no backup of one that is there.";
-  if (preview.pending > 0)
-    return "update would write " + visible(preview.sources[0].path) + " in version " + std::string(currentversion) +
-           '.';
-  return "update would write " + visible(preview.sources[0].path) + " in version " + std::string(currentversion) +
-         ", though it passes no step.";
+  const std::string text =
+      "update would write " + visible(preview.sources[0].path) + " in version " + std::string(currentversion);
+  if (unknown(preview)) return text + ", though its version is not known and it passes no step.";
+  return text + (preview.pending > 0 ? "." : ", though it passes no step.");
 }
 
 void writeaccount(const Preview& preview, Page& page) {
@@ -196,6 +206,7 @@ void writeresult(const Preview& preview, Page& page) {
   page.line(preview.trouble ? red : std::string_view{}, "  " + whatever(preview));
   if (preview.outcome == Outcome::trouble) return;
   if (preview.backup) page.line("  " + backuptext(*preview.backup));
+  if (preview.backup && preview.backup->link) page.line(yellow, "  " + std::string(linktext));
   writeaccount(preview, page);
 }
 
@@ -210,12 +221,21 @@ std::string linetext(const Preview& preview, const LongLine& line) {
          counted(line.length, "character") + " long";
 }
 
+std::string backupoutlook(const Backup& backup) {
+  const std::string name = "backup " + visible(backup.name);
+  if (!backup.obstacle.empty()) return "no " + name + " (" + backup.obstacle + ')';
+  if (backup.link) return name + " (the symbolic link itself)";
+  return name + (backup.replaces ? " (replaced)" : "");
+}
+
 /// What would happen, in few words.
 std::string outlook(const Preview& preview) {
-  if (preview.trouble) return "would end: " + troubletext(preview);
-  if (preview.outcome == Outcome::unchanged) return "would stay as it is";
-  if (!preview.backup) return "would be built";
-  return "would be upgraded, backup " + visible(preview.backup->name) + (preview.backup->replaces ? " (replaced)" : "");
+  if (preview.trouble) return (preview.trouble->unread ? "" : "would end: ") + troubletext(preview);
+  const std::string warned = preview.messages.empty() ? "" : " with a warning";
+  if (preview.outcome == Outcome::unchanged) return "would stay as it is" + warned;
+  if (!preview.backup) return "would be built" + warned;
+  const std::string done = unknown(preview) ? "would be written without a step" : "would be upgraded";
+  return done + warned + ", " + backupoutlook(*preview.backup);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <sstream>
 
+#include "preview/input.h"
 #include "tests/support/preview.h"
 
 namespace tolvane::test {
@@ -121,7 +122,7 @@ TEST_F(PreviewProgram, PrintsAnObjectOfJson) {
       R"json("old":"overview=X86-64(Ubuntu Linux)~UNIX~5.44"}]},)json"
       R"json({"ladder":null,"version":null,"phrase":"version of the file","changes":[)json"
       R"json({"kind":"changed","section":"[ConfigFile]","line":"Version=5.45","old":"Version=5.44"}]}],)json"
-      R"json("messages":[],"backup":{"name":"a.qpx_544","replaces":true,"folder":true},)json"
+      R"json("messages":[],"backup":{"name":"a.qpx_544","replaces":true,"link":false,"obstacle":null},)json"
       R"json("lines":{"before":8,"after":7,"kept":5,"changed":2,"moved":0,"removed":1,"added":0},"trouble":null})json"
       "\n");
 }
@@ -166,16 +167,24 @@ TEST_F(PreviewProgram, TellsThatNothingWouldChange) {
             "  Lines after:  4 = 4 kept + 0 changed + 0 moved + 0 added\n");
   EXPECT_THAT(result("[ConfigFile]\nVersion=9.1\n\n" + platform + "9.1\n", 0),
               StartsWith("  update would write nothing: the version is not known."));
+  EXPECT_EQ(preview({"--summary", "a.qpx"}).printed,
+            "a.qpx: version 9.1 (not known), 0 steps pending, 0 lines changed: would stay as it is\n");
 }
 
 TEST_F(PreviewProgram, TellsWhatThePlatformCheckDoesToAFileThatPassesNoStep) {
   // It removes the communication entry, and that alone gets the file the current version.
   const std::string text = "[ConfigFile]\nVersion=9.1\n\n" + platform + "\n\n[Com]\nCom=4\n";
-  EXPECT_THAT(result(text, 1), StartsWith("  update would write a.qpx in version 5.45, though it passes no step.\n"
+  EXPECT_THAT(result(text, 1), StartsWith("  update would write a.qpx in version 5.45, though its version is not known "
+                                          "and it passes no step.\n"
                                           "  The old file would be kept as a.qpx_91.\n"
                                           "  Lines before: 6 = 4 kept + 1 changed + 0 moved + 1 removed\n"));
+  EXPECT_EQ(preview({"--summary", "a.qpx"}).printed,
+            "a.qpx: version 9.1 (not known), 0 steps pending, 2 lines changed: would be written without a step, "
+            "backup a.qpx_91\n");
   EXPECT_EQ(run({"update", "a.qpx"}), (Outcome{1, ""}));
   EXPECT_TRUE(filesin(folder).contains("a.qpx_91"));
+  EXPECT_THAT(result(current + "[Com]\nCom=4\n", 1),
+              StartsWith("  update would write a.qpx in version 5.45, though it passes no step.\n"));
 }
 
 TEST_F(PreviewProgram, ShowsNoChangeThatIsNotWritten) {
@@ -189,8 +198,17 @@ TEST_F(PreviewProgram, ShowsNoChangeThatIsNotWritten) {
                                        "  Warning: Cannot upgrade from Linux/x86-64 to X86-64(Ubuntu Linux)!\n"
                                        "  Contact Tessvar.\n\nResult\n  update would write nothing"))
       << shown.printed;
+  EXPECT_EQ(preview({"--summary", "a.qpx"}).printed,
+            "a.qpx: version 5.45 (current), 0 steps pending, 0 lines changed: would stay as it is with a warning\n");
   ASSERT_EQ(run({"update", "a.qpx"}).status, 1);
   EXPECT_EQ(contents(folder / "a.qpx"), text);
+}
+
+TEST_F(PreviewProgram, SummarizesThatThereWouldBeAWarning) {
+  write(folder / "a.qpx", "[ConfigFile]\nVersion=5.44\n\n[config]\noverview=Linux/x86-64~UNIX~5.44\n");
+  EXPECT_EQ(preview({"--summary", "a.qpx"}).printed,
+            "a.qpx: version 5.44, 1 step pending, 2 lines changed: would be upgraded with a warning, "
+            "backup a.qpx_544\n");
 }
 
 TEST_F(PreviewProgram, TellsAboutTheBackup) {
@@ -198,7 +216,81 @@ TEST_F(PreviewProgram, TellsAboutTheBackup) {
   EXPECT_THAT(result(old, 1), HasSubstr("kept as a.qpx_544, in place of the older one that is there.\n"));
   fs::remove(folder / "a.qpx_544");
   fs::create_directory(folder / "a.qpx_544");
-  EXPECT_THAT(result(old, 1), HasSubstr("kept as a.qpx_544, where a folder stands: unless that is empty, no backup"));
+  EXPECT_THAT(result(old, 1), HasSubstr("kept as a.qpx_544, in place of the older one that is there.\n"));
+  ASSERT_EQ(run({"update", "a.qpx"}), (Outcome{1, ""}));
+  EXPECT_EQ(contents(folder / "a.qpx_544"), old) << "an empty folder goes";
+}
+
+TEST_F(PreviewProgram, TellsWhyThereWouldBeNoBackup) {
+  const std::string before = "a.qpx: version 5.44, 1 step pending, 4 lines changed: would be upgraded, ";
+  fs::create_directory(folder / "a.qpx_544");
+  write(folder / "a.qpx_544" / "inside", "");
+  EXPECT_THAT(result(old, 1), HasSubstr("would not be kept as a.qpx_544: a folder that is not empty has this name.\n"));
+  EXPECT_EQ(preview({"--summary", "a.qpx"}).printed,
+            before + "no backup a.qpx_544 (a folder that is not empty has this name)\n");
+  EXPECT_THAT(preview({"--json", "a.qpx"}).printed,
+              HasSubstr(R"("obstacle":"a folder that is not empty has this name")"));
+  ASSERT_EQ(run({"update", "a.qpx"}), (Outcome{1, ""}));
+  EXPECT_TRUE(fs::is_directory(folder / "a.qpx_544"));
+
+  const std::string version(300, 'v');
+  const std::string text = "[ConfigFile]\nVersion=" + version + "\n\n" + platform + "\n\n[Com]\nCom=4\n";
+  EXPECT_THAT(result(text, 1),
+              HasSubstr("kept as a.qpx_" + version + ": this name is too long for the file system.\n"));
+  ASSERT_EQ(run({"update", "a.qpx"}), (Outcome{1, ""}));
+  EXPECT_EQ(filesin(folder), (Files{
+                                 {"a.qpx",     contents(folder / "a.qpx")},
+                                 {"a.qpx_544", "(not a file)"            }
+  }));
+}
+
+TEST_F(PreviewProgram, TellsThatALinkWouldItselfBeTheBackup) {
+  write(folder / "target", old);
+  fs::create_symlink("target", folder / "a.qpx");
+  EXPECT_THAT(preview({"a.qpx"}).printed,
+              HasSubstr("\n  The old file would be kept as a.qpx_544.\n"
+                        "  The old file is a symbolic link: the link itself would go, and what it points to stay as it "
+                        "is.\n"));
+  EXPECT_EQ(preview({"--summary", "a.qpx"}).printed,
+            "a.qpx: version 5.44, 1 step pending, 4 lines changed: would be upgraded, "
+            "backup a.qpx_544 (the symbolic link itself)\n");
+  EXPECT_THAT(preview({"--json", "a.qpx"}).printed, HasSubstr(R"("replaces":false,"link":true,"obstacle":null)"));
+  ASSERT_EQ(run({"update", "a.qpx"}), (Outcome{1, ""}));
+  EXPECT_TRUE(fs::is_symlink(folder / "a.qpx_544"));
+  EXPECT_EQ(contents(folder / "target"), old);
+}
+
+TEST_F(PreviewProgram, TellsThatTheTemporaryFileCouldNotBeMade) {
+  const std::string longest(252, 'n');
+  write(folder / longest, old);
+  write(folder / "a.qpx", old);
+  fs::create_symlink("nowhere", folder / "a.qpx_tmp");
+  for (const std::string& name : {std::string("a.qpx"), longest}) {
+    const std::string message = "Cannot open file " + name + "_tmp for output.";
+    const std::string why = name == longest ? " (File name too long)" : " (it is there and no plain file)";
+    const Shown shown = preview({name});
+    EXPECT_EQ(shown.status, 2);
+    EXPECT_EQ(shown.complained, "tolvane-preview: " + name + ": " + message + why + '\n');
+    EXPECT_THAT(shown.printed, HasSubstr("\nMessages that update would print\n  " + message + "\n\nResult\n" +
+                                         "  update would write nothing. " + message + why + '\n'));
+    EXPECT_EQ(run({"update", name}), (Outcome{0, message + '\n'}));
+    EXPECT_EQ(contents(folder / name), old);
+  }
+  write(folder / "b.qpx", old);
+  write(folder / "b.qpx_tmp", "stale\n");
+  EXPECT_EQ(preview({"b.qpx"}).status, 1) << "a plain one is replaced";
+}
+
+TEST_F(PreviewProgram, PutsNoWordIntoTheMouthOfUpdateWhereItGivesUp) {
+  write(folder / "a.qpx", old);
+  fs::resize_file(folder / "a.qpx", largestinput + 1);
+  const std::string trouble = "a.qpx has more than 64 MiB and is not previewed.";
+  const Shown shown = preview({"a.qpx"});
+  EXPECT_EQ(shown.printed, "a.qpx\n\nResult\n  " + trouble + '\n');
+  EXPECT_EQ(shown.complained, "tolvane-preview: a.qpx: " + trouble + '\n');
+  EXPECT_EQ(shown.status, 2);
+  EXPECT_EQ(preview({"--summary", "a.qpx"}).printed, "a.qpx: " + trouble + '\n');
+  EXPECT_THAT(preview({"--json", "a.qpx"}).printed, HasSubstr(R"("messages":[],)"));
 }
 
 TEST_F(PreviewProgram, TellsThatTheResultWouldBeLost) {
@@ -247,7 +339,8 @@ TEST_F(PreviewProgram, ReportsAFileThatIsNone) {
             "\nResult\n  update would write nothing. Invalid configuration file format\n");
   const std::string invalid = "Invalid configuration file format\n";
   EXPECT_EQ(preview({"a.qpx", "b"}).complained,
-            "tolvane-preview: a.qpx: " + invalid + "tolvane-preview: b: " + invalid);
+            "tolvane-preview: a.qpx: " + invalid +
+                "tolvane-preview: b: Invalid configuration file format (Is a directory)\n");
   EXPECT_EQ(preview({"--diff", "a.qpx"}), (Shown{2, "", "tolvane-preview: a.qpx: " + invalid}));
   EXPECT_EQ(preview({"--summary", "c"}),
             (Shown{2, "c: would end: Cannot open file c for input. (No such file or directory)\n",
@@ -355,6 +448,7 @@ TEST_F(PreviewProgram, ReportsTheTroublesOfAMerge) {
   EXPECT_EQ(wrong.complained, "tolvane-preview: s, s: Invalid network configuration file type\n");
   EXPECT_EQ(preview({"--diff", "merge", "s", "n"}),
             (Shown{2, "", "tolvane-preview: s, n: Cannot open file n for input. (No such file or directory)\n"}));
+  EXPECT_THAT(preview({"--json", "merge", "s", "n"}).printed, HasSubstr(R"("pending":0)"));
   EXPECT_EQ(preview({"--diff", "merge", "n", "s"}).complained,
             "tolvane-preview: n, s: Cannot open file n for input. (No such file or directory)\n");
 }
