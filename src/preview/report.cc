@@ -232,7 +232,7 @@ std::string backupoutlook(const Backup& backup) {
 std::string outlook(const Preview& preview) {
   if (preview.trouble) return (preview.trouble->unread ? "" : "would end: ") + troubletext(preview);
   const std::string warned = preview.messages.empty() ? "" : " with a warning";
-  if (preview.outcome == Outcome::unchanged) return "would stay as it is" + warned;
+  if (preview.outcome == Outcome::unchanged) return "would stay as it is" + (warned.empty() ? "" : ',' + warned);
   if (!preview.backup) return "would be built" + warned;
   const std::string done = unknown(preview) ? "would be written without a step" : "would be upgraded";
   return done + warned + ", " + backupoutlook(*preview.backup);

@@ -199,7 +199,7 @@ TEST_F(PreviewProgram, ShowsNoChangeThatIsNotWritten) {
                                        "  Contact Tessvar.\n\nResult\n  update would write nothing"))
       << shown.printed;
   EXPECT_EQ(preview({"--summary", "a.qpx"}).printed,
-            "a.qpx: version 5.45 (current), 0 steps pending, 0 lines changed: would stay as it is with a warning\n");
+            "a.qpx: version 5.45 (current), 0 steps pending, 0 lines changed: would stay as it is, with a warning\n");
   ASSERT_EQ(run({"update", "a.qpx"}).status, 1);
   EXPECT_EQ(contents(folder / "a.qpx"), text);
 }

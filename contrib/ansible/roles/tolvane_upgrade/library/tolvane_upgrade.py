@@ -223,8 +223,8 @@ def requireplatform(preview, allowed):
 
 
 def requirebackup(backup, allowed):
-    if backup["folder"]:
-        raise Trouble("a folder stands where the backup would be kept: %s" % backup["name"])
+    if backup["obstacle"]:
+        raise Trouble("the old file would not be kept as %s: %s" % (backup["name"], backup["obstacle"]))
     if backup["replaces"] and not allowed:
         raise Trouble("refused, for replace_backup is not set: an older backup would be replaced: %s" % backup["name"])
 
