@@ -79,12 +79,19 @@ def check_mode_tells_which_hosts_would_change(plays):
 
 @case
 def check_mode_shows_a_diff_that_patch_turns_into_what_the_run_writes(plays):
-    for host in set(UPGRADED) - {"strange"}:
+    for host in set(UPGRADED) - {"strange"}:  # whose diff is made fit for a terminal
         for path, result, item in zip(plays.fleet.files(host), plays.checked.items(host, PREVIEW), UPGRADED[host]):
             if item == CURRENT:
                 assert "diff" not in result, result
                 continue
             check(patched(plays.old(path), result["diff"]["prepared"].encode()), expected(item, path))
+
+
+@case
+def check_mode_shows_nothing_that_a_terminal_obeys(plays):
+    diff = plays.checked.item("strange", PREVIEW)["diff"]["prepared"]
+    assert "\\x1b]0;x\\x07" in diff, diff
+    check([character for character in diff if not (character.isprintable() or character == "\n")], [])
 
 
 def patched(old, diff):

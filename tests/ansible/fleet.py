@@ -99,7 +99,8 @@ class Fleet:
         return str(folder / name)
 
     def files(self, host):
-        return [pathlib.Path(path) for path in self.hosts[host]["files"]]
+        paths = self.hosts[host]["files"]
+        return [pathlib.Path(path) for path in ([paths] if isinstance(paths, str) else paths)]
 
     def inventory(self):
         hosts = {}

@@ -32,14 +32,14 @@ def suffix(item):
 
 
 def strange():
-    """A file with bytes that are not UTF-8, a carriage return, a backslash and no newline at its end."""
+    """A file with bytes that are not UTF-8 or move a terminal, a carriage return, a backslash and no newline at its end."""
     before = (golden(OLD) / "before/a.qpx").read_bytes()
-    return ("caf\u00e9 'one' \"two\".qpx", before.rstrip(b"\n") + b"\n\n[Old]\npath=C:\\caf\xe9\r\nlast=\\ No newline")
+    return ("~caf\u00e9 $HOME 'one' \"two\".qpx", before.rstrip(b"\n") + b"\n\n[Old]\npath=C:\\caf\xe9\r\nbell=\x1b]0;x\x07\nlast=\\ No newline")
 
 
 def strangeafter():
     after = (golden(OLD) / "after/a.qpx").read_bytes()
-    return after.rstrip(b"\n") + b"\n\n[Old]\npath=C:\\caf\xe9\r\nlast=\\ No newline\n"
+    return after.rstrip(b"\n") + b"\n\n[Old]\npath=C:\\caf\xe9\r\nbell=\x1b]0;x\x07\nlast=\\ No newline\n"
 
 
 def oneentry():
@@ -81,6 +81,8 @@ def plain(fleet):
     fleet.add("old_backup", ["5.44/stale-files-replaced"])
     fleet.add("replaced_backup", ["5.44/stale-files-replaced"], replace_backup=True)
     fleet.add("no_files", [])
+    one = str(fleet.add("one_name", [OLD])[0])
+    fleet.hosts["one_name"]["files"] = one
 
 
 def broken(fleet):
@@ -100,7 +102,11 @@ def broken(fleet):
     link.symlink_to("target")
     fleet.add("folder", [("a.qpx", None)])[0].mkdir()
     fleet.add("folder_for_backup", [OLD], replace_backup=True)
-    fleet.files("folder_for_backup")[0].with_name("a.qpx_544").mkdir()
+    backup = fleet.files("folder_for_backup")[0].with_name("a.qpx_544")
+    backup.mkdir()
+    (backup / "inside").touch()
+    cut = fleet.add("cut_short", [("a.qpx", None)])[0]
+    cut.with_name("a.qpx_tmp").touch()
 
 
 def full(fleet):
@@ -124,7 +130,7 @@ def refusals(fleet):
     return {
         "refused": (0, "refused, for allow_platform is not set: " + WARNING),
         "old_backup": (0, "refused, for replace_backup is not set: an older backup would be replaced: "
-                       + path["old_backup"] + "_544"),
+                       + "%s_544; see %s_tmp, which is left" % (path["old_backup"], path["old_backup"])),
         "unknown_platform": (0, preview % path["unknown_platform"] + "Unknown platform: x86-64(Ubuntu Linux)."),
         "newer": (0, 'version "6.0" is not known: tolvane brings a file up to 5.45'),
         "misspelt": (0, 'version "5.4.5" is not known: tolvane brings a file up to 5.45'),
@@ -137,8 +143,10 @@ def refusals(fleet):
         "relative": (0, "server.qpx: the file has to be given by its absolute name"),
         "link": (0, path["link"] + " is a symbolic link; name the file that it leads to"),
         "folder": (0, path["folder"] + " is no regular file"),
-        "folder_for_backup": (0, "a folder stands where the backup would be kept: "
-                              + path["folder_for_backup"] + "_544"),
+        "folder_for_backup": (0, "the old file would not be kept as %s_544: a folder that is not empty has this name"
+                              % path["folder_for_backup"]),
+        "cut_short": (0, preview % path["cut_short"] + "Cannot open file %s for input. (No such file or directory); "
+                      "see %s_tmp, which is left" % (path["cut_short"], path["cut_short"])),
     }
 
 
@@ -146,6 +154,7 @@ UPGRADED = {  # host: of each of its files, the golden case or what is made of o
     "upgraded": [OLD],
     "several": ["2.0/minimal-file-gets-all-sections", "4.2/applications-user-and-samples", CURRENT],
     "strange": [Made(strangeafter, "_544")],
+    "one_name": [OLD],
     "entry_removed": [Made(oneentryafter, "_545")],
     "entries_left": [ENTRIES],
     "allowed": [FOREIGN],

@@ -19,7 +19,7 @@ options:
   path:
     description:
       - The file, by its absolute name. A symbolic link is refused, for the link itself would become the backup.
-    type: path
+    type: str
     required: true
   allow_platform:
     description:
@@ -67,7 +67,7 @@ EXAMPLES = r"""
 """
 
 RETURN = r"""
-path:
+file:
   description: The file.
   returned: always
   type: str
@@ -127,8 +127,11 @@ class Trouble(Exception):
 
 
 def shown(text):
-    """Text for people: what is not UTF-8 stands as a replacement character."""
-    return to_text(to_bytes(text), errors="replace")
+    """Text for people: what is not UTF-8 stands as a replacement character, and what a terminal would obey as \\x1b."""
+    readable = to_text(to_bytes(text), errors="replace")
+    return "".join(
+        character if character in "\n\t" or character.isprintable() else ascii(character)[1:-1] for character in readable
+    )
 
 
 def messagelines(text):
@@ -342,10 +345,16 @@ def upgrade(module, result):
         module.warn("%s: %s" % (path, " ".join(result["messages"])))
 
 
+def leftover(path):
+    """What a run that was cut short, or that could not rename, leaves beside the file."""
+    temporary = path + "_tmp"
+    return "; see %s, which is left" % temporary if os.path.lexists(to_bytes(temporary)) else ""
+
+
 def main():
     module = AnsibleModule(
         argument_spec={
-            "path": {"type": "path", "required": True},
+            "path": {"type": "str", "required": True},  # as it stands: "~" and "$" are parts of a name
             "allow_platform": {"type": "bool", "default": False},
             "replace_backup": {"type": "bool", "default": False},
             "program": {"type": "path", "default": "tolvane"},
@@ -355,11 +364,12 @@ def main():
     )
     for name in ("program", "preview_program"):
         module.params[name] = module.get_bin_path(module.params[name], required=True)
-    result = {"changed": False, "path": module.params["path"]}
+    # Not "path": Ansible looks that one up for itself, and expands it before.
+    result = {"changed": False, "file": module.params["path"]}
     try:
         upgrade(module, result)
     except (Trouble, OSError) as trouble:
-        module.fail_json(msg=str(trouble), **result)
+        module.fail_json(msg=str(trouble) + leftover(module.params["path"]), **result)
     module.exit_json(**result)
 
 
