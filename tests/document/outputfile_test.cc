@@ -130,6 +130,10 @@ TEST_F(OutputFile, IsOpenToNoOtherGroupThanItsModel) {
   fs::permissions(folder / "model", fs::perms{0664});
   createasnobody();
   EXPECT_EQ(mode("new"), 0644U) << "its group is another one, and that could only read the model";
+  fs::remove(folder / "new");
+  fs::permissions(folder / "model", fs::perms{0775});
+  createasnobody();
+  EXPECT_EQ(mode("new"), 0755U);
 }
 
 TEST_F(OutputFile, GetsTheExtendedAttributesOfItsModel) {

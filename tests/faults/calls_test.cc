@@ -245,6 +245,22 @@ TEST_F(OtherFaults, OfSyncingBesidesPlainFilesAreTold) {
 
 INSTANTIATE_TEST_SUITE_P(Command, Faults, testing::ValuesIn(scenarios()), nameof);
 
+TEST_F(OtherFaults, OfAttributesThatMayNotBeSetAreNone) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizers bear no tracer";
+#endif
+  write(folder / "a", "[ConfigFile]\nVersion=5.44\n\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.44\n");
+  if (setxattr((folder / "a").c_str(), "user.tolvane", "test", 4, 0) != 0) GTEST_SKIP() << "there are no attributes";
+  for (const char* fault : {"fsetxattr:error=EPERM", "fsetxattr:error=EACCES", "getxattr:error=EPERM",
+                            "fremovexattr:error=ENODATA", "fremovexattr:error=EOPNOTSUPP"}) {
+    const std::vector<std::string> strace{"/usr/bin/strace", "-qq", "-o", "/dev/null",
+                                          std::string("--inject=") + fault};
+    write(folder / "a", "[ConfigFile]\nVersion=5.44\n\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.44\n");
+    EXPECT_EQ(runby(strace, {"update", "a"}), (Outcome{1, ""})) << fault;
+    EXPECT_EQ(contents(folder / "a").substr(13, 12), "Version=5.45") << fault;
+  }
+}
+
 TEST_F(OtherFaults, KilledBeforeTheModeIsSetItIsOpenToNoOtherGroup) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the sanitizers bear no tracer";

@@ -61,6 +61,8 @@ TEST_F(WebApplications, InTheOldLayoutAreRepaired) {
             "ZPGApp_9=/a,2,3,4,5,6,7,8,9,10,11,12,13,,0,16,,,0\n");
   EXPECT_EQ(fixed("ZPGApp_9=/a,2,3,4,5,6,7,8,9,10,11,12,13,0,15,,17,18,1\n"),
             "ZPGApp_9=/a,2,3,4,5,6,7,8,9,10,11,12,13,,0,1,17,18,1\n");
+  EXPECT_EQ(fixed("ZPGApp_9=/a,2,3,4,5,6,7,8,9,10,11,12,13,0,15,16,17,18,1\n"),
+            "ZPGApp_9=/a,2,3,4,5,6,7,8,9,10,11,12,13,,0,16,17,18,1\n");
   EXPECT_EQ(fixed("ZPGApp_9=/a\n"), "ZPGApp_9=/a,,,,,,,,,,,,,,,1,,,0\n");
   EXPECT_EQ(fixed("ZPGApp_9\n"), "ZPGApp_9=,,,,,,,,,,,,,,,1,,,0\n");
 }
@@ -124,6 +126,14 @@ TEST_F(WebApplications, AreRemovedOnceForEachObsoletePath) {
         own + "\nZPGApp_11=/studio/templates" + own + "\nZPGApp_12=/studio/usertemplates" + own + "\n");
   EXPECT_TRUE(check_zpg(true));
   EXPECT_EQ(lines(), "[ZPG.Applications]\n" + standard(1, 1, 8) + "ZPGApp_9=/dev/zpg/rules" + own + "\n");
+}
+
+TEST_F(WebApplications, AreNumberedFrom1) {
+  const std::string own = ",,,,,,,,,,,,,,,7,,,1";
+  const std::string zero = "[ZPG.Applications]\nZPGApp_0=/apps/scrivel" + own + "\n";
+  given(zero + standard(1, 1, 8) + "ZPGApp_9=/apps/scrivel" + own + "\n");
+  EXPECT_TRUE(check_zpg(true));
+  EXPECT_EQ(lines(), zero + standard(1, 1, 8));
 }
 
 TEST_F(WebApplications, RenumberedOverADuplicateRewriteIt) {

@@ -68,6 +68,7 @@ TEST_F(Step41, CountsGlobalsInMegabytes) {
 TEST_F(Step41, CountsGlobalsIn32Bits) {
   EXPECT_EQ(globals("-600"), "globals=1,0,0,0,0,0\n");
   EXPECT_EQ(globals("-1024"), "globals=-1,0,0,0,0,0\n");
+  EXPECT_EQ(globals("-1535"), "globals=-1,0,0,0,0,0\n") << "-2047 KB";
   EXPECT_EQ(globals("2147483647"), "globals=1,0,0,0,0,0\n");
   EXPECT_EQ(globals("1073741824"), "globals=-2097151,0,0,0,0,0\n");
 }
@@ -140,6 +141,7 @@ TEST_F(Step41, TriplesTheLockTableAndGrowsTheHeap) {
   EXPECT_EQ(locktable("locksiz=100000\ngmheap=1000\n"), "locksiz=300000\ngmheap=1293\n");
   EXPECT_EQ(locktable("gmheap=1000 kb\n"), "gmheap=1000\n");
   EXPECT_EQ(locktable("locksiz=1\n"), "locksiz=3\n");
+  EXPECT_EQ(locktable("locksiz=683\ngmheap=5\n"), "locksiz=2049\ngmheap=8\n") << "a kilobyte that is begun counts";
 }
 
 TEST_F(Step41, TriplesTheLockTableIn32Bits) {
