@@ -245,6 +245,18 @@ TEST_F(OtherFaults, OfSyncingBesidesPlainFilesAreTold) {
 
 INSTANTIATE_TEST_SUITE_P(Command, Faults, testing::ValuesIn(scenarios()), nameof);
 
+TEST_F(OtherFaults, OfSyncingPutBackWhateverLengthTheFileHad) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizers bear no tracer";
+#endif
+  const std::vector<std::string> strace{"/usr/bin/strace", "-qq", "-o", "/dev/null", "--inject=fsync:error=EIO:when=1"};
+  for (const std::string& old : {std::string(), std::string("x"), std::string(200000, 'x')}) {
+    write(folder / "a", old);
+    EXPECT_EQ(runby(strace, {"setparameter", "a", "[A]", "k", "1"}), (Outcome{0, "Error writing output file\n"}));
+    EXPECT_EQ(contents(folder / "a"), old);
+  }
+}
+
 TEST_F(OtherFaults, OfAttributesThatMayNotBeSetAreNone) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the sanitizers bear no tracer";
