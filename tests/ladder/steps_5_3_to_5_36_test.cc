@@ -105,6 +105,8 @@ TEST_F(Step535, TakesImplheapsSecondFieldIfItHasOne) {
 
 TEST_F(Step535, RaisesImplheap) {
   EXPECT_EQ(step535("implheap=65536\n"), "implheap=131072\n");
+  EXPECT_EQ(step535("implheap=131071 b\n"), "implheap=131072\n");
+  EXPECT_EQ(step535("implheap=131072 b\n"), "implheap=131072 b\n");
   EXPECT_EQ(step535("implheap=262144,\n"), "implheap=131072\n");
   EXPECT_EQ(step535("implheap\n"), "implheap=131072\n");
   EXPECT_EQ(step535(""), "implheap=131072\n");
