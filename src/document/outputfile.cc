@@ -16,13 +16,10 @@
 #include <span>
 #include <string>
 
-#include "document/ends.h"
-
 namespace tolvane {
 
 namespace {
 
-Fatal cannotopen(const char* path) { return Fatal{"Cannot open file ", path, " for output."}; }
 Fatal cannotwrite() { return Fatal{"Error writing output file"}; }
 
 bool writeall(int file, std::string_view contents) {
@@ -156,6 +153,8 @@ int openover(const char* path) {
 }
 
 }  // namespace
+
+Fatal cannotopen(const char* path) { return Fatal{"Cannot open file ", path, " for output."}; }
 
 void createlike(const char* model, const char* path, std::string_view contents) {
   struct stat status = {};

@@ -8,7 +8,12 @@
 
 #include <string_view>
 
+#include "document/ends.h"
+
 namespace tolvane {
+
+/// How a run ends whose file cannot be opened for writing.
+Fatal cannotopen(const char* path);
 
 /// Creates the file, in place of a stale plain one of that name; anything else of that name, such as a symbolic link,
 /// is not written through but Fatal. The file gets the mode and, as far as the caller may set them, the owner, the

@@ -11,6 +11,7 @@
 #include "commands/update.h"
 #include "document/ends.h"
 #include "document/entries.h"
+#include "document/outputfile.h"
 #include "document/watch.h"
 #include "ladder/ladder.h"
 #include "ladder/platformrecord.h"
@@ -170,9 +171,9 @@ void planbackup(Preview& preview, const Text& suffix) {
   const std::string why = obstacle(temporary);
   preview.lost = why.empty() && name == temporary;
   if (!why.empty()) {
-    const std::string message = "Cannot open file " + std::string(temporary) + " for output.";
+    const std::string message = cannotopen(temporary.c_str()).message;
     preview.messages += message + '\n';
-    preview.trouble = {message + " (" + why + ')', false, false, false, {}};
+    preview.trouble = {.message = message + " (" + why + ')'};
   } else if (!preview.lost) {
     preview.backup = backupunder(name, kindof(preview.request.path) == S_IFLNK);
   }
@@ -185,11 +186,8 @@ void takeresult(Preview& preview, const Text& suffix) {
     try {
       planbackup(preview, suffix);
     } catch (const TextTooLong&) {
-      preview.trouble = {"The name of the temporary file or of the backup would be longer than 511 characters.",
-                         false,
-                         false,
-                         false,
-                         {}};
+      preview.trouble = {.message =
+                             "The name of the temporary file or of the backup would be longer than 511 characters."};
     }
   }
   if (preview.lost || preview.trouble) return;
@@ -217,18 +215,19 @@ const Source* toolarge(const Preview& preview) {
 void endfatally(Preview& preview, const std::string& message) {
   if (const Source* const source = toolarge(preview)) {
     const std::string limit = std::to_string(largestinput >> 20) + " MiB";
-    preview.trouble = {source->path + " has more than " + limit + " and is not previewed.", false, false, true, {}};
+    preview.trouble = {.message = source->path + " has more than " + limit + " and is not previewed.", .unread = true};
     return;
   }
   std::string why;
   for (const Source& source : preview.sources) why += reason(source);
   preview.messages += message + '\n';
-  preview.trouble = {message + why, !preview.parts.empty(), false, false, {}};
+  preview.trouble = {.message = message + why, .inpart = !preview.parts.empty()};
 }
 
 void endtoolong(Preview& preview) {
   std::optional<LongLine> line = culprit(preview, convertagain);
-  preview.trouble = {"A line would grow beyond 511 characters", true, true, false, std::move(line)};
+  preview.trouble = {
+      .message = "A line would grow beyond 511 characters", .inpart = true, .toolong = true, .line = std::move(line)};
 }
 
 /// True unless a text is too long.

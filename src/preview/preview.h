@@ -53,7 +53,7 @@ struct Trouble {
   bool inpart = false;   // it happens in the last part
   bool toolong = false;  // it is a line that would grow too long
   bool unread = false;   // the preview itself gives up, and what the run would do is not known
-  std::optional<LongLine> line;
+  std::optional<LongLine> line = {};
 };
 
 /// The backup that an update would leave.
