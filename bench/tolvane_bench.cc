@@ -2,6 +2,7 @@
 // by TOLVANE_BENCH_FILES.
 #include <benchmark/benchmark.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -42,7 +43,11 @@ BENCHMARK(loading)->Name("load")->Arg(3000)->Arg(100000);
 
 void saving(benchmark::State& state) {
   given(sizename(state));
-  for (auto _ : state) save(pathof("saved").c_str());
+  const std::string path = pathof("saved");
+  if (std::FILE* const file = std::fopen(path.c_str(), "w")) (void)std::fclose(file);
+  const Lock lock{path.c_str()};
+  const Original original = Original::replaced(lock, path.c_str());
+  for (auto _ : state) save(original);
 }
 BENCHMARK(saving)->Name("save")->Arg(3000)->Arg(100000);
 

@@ -6,13 +6,15 @@
 namespace tolvane {
 
 int fdbms(const char* path) {
-  load(path);
+  const Lock lock{path};
+  Original original = Original::opened(lock, path);
+  load(original);
   versionentry();
   // Kept: a database listed behind a gap in the numbers is not seen, and the gap is filled.
   const Place place = locate("[Datasets]", "DataSet_", "FDBMS");
   if (place.line != nullptr) return 1;
   savenumbered("[Datasets]", "DataSet_", place.number, "FDBMS,fdbms,,0,P,0,0");
-  output(path);
+  output(original);
   return 1;
 }
 

@@ -1,11 +1,14 @@
 // The program's entry: picks the command by the number of words and the command word, and turns the ends of a run into
 // output and exit status. A command that ran returns 1; the usage text and every fatal end return 0: kept. A text that
 // is too long ends the run by an abort.
+#include <fcntl.h>
 #include <malloc.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <new>
 #include <string_view>
 
@@ -13,6 +16,7 @@
 #include "commands/setparameter.h"
 #include "commands/update.h"
 #include "document/ends.h"
+#include "document/messages.h"
 #include "legacy/merge.h"
 
 namespace {
@@ -57,9 +61,30 @@ int dispatch(int words, Arguments line) {
   return usage();
 }
 
-int fatal(const char* message) {
-  std::puts(message);
+int fatal(std::string_view message) {
+  tolvane::sayline(message);
   return 0;
+}
+
+int outofmemory() {
+  std::puts("Insufficient memory");
+  return 0;
+}
+
+/// An exception that finds no memory for itself ends here, and is none that is active.
+[[noreturn]] void terminate() {
+  if (std::current_exception() != nullptr) std::abort();
+  outofmemory();
+  (void)std::fflush(stdout);
+  std::_Exit(0);
+}
+
+/// Gives the numbers of standard streams that are closed to descriptors that cannot be read or written, so that no file
+/// that is opened later gets what is printed.
+void occupystreams() {
+  for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+    if (fcntl(stream, F_GETFD) < 0) (void)open("/", O_PATH | O_CLOEXEC);
+  }
 }
 
 }  // namespace
@@ -67,12 +92,14 @@ int fatal(const char* message) {
 int main(int words, char** line) {
   (void)mallopt(M_TOP_PAD, 1 << 20);    // memory from the system a megabyte at a time: 2 % of a run of 3,000 lines
   (void)std::signal(SIGXFSZ, SIG_IGN);  // a file-size limit is a write that fails, not the end of the process
+  std::set_terminate(terminate);
+  occupystreams();
   try {
     return dispatch(words, line);
   } catch (const tolvane::Fatal& end) {
-    return fatal(end.message.c_str());
+    return fatal(end.message);
   } catch (const std::bad_alloc&) {
-    return fatal("Insufficient memory");
+    return outofmemory();
   } catch (const tolvane::TextTooLong&) {
     (void)std::fflush(stdout);  // an abort would lose the warnings that were printed before it
     std::abort();

@@ -5,10 +5,12 @@
 namespace tolvane {
 
 int setparameter(const char* path, const char* section, const char* key, const char* value) {
-  load(path);
+  const Lock lock{path};
+  Original original = Original::opened(lock, path);
+  load(original);
   if (getvalue(section, key) == value) return 1;  // kept: an empty value creates no entry
   putentry(section, key, value);
-  save(path);  // kept: straight over the file, without a temporary one
+  save(original);  // kept: straight over the file, without a temporary one
   return 1;
 }
 

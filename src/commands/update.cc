@@ -20,10 +20,8 @@ Text lettersanddigits(const Text& version) {
   return suffix;
 }
 
-}  // namespace
-
-bool convert(const char* path, Text& backupsuffix) {
-  load(path);
+/// Converts the store. As `convert`.
+bool convertstore(Text& backupsuffix) {
   const Text version{valueof(versionentry())};
   if (!convertconfig(version)) return false;
   watch.part({}, "version of the file");
@@ -32,8 +30,18 @@ bool convert(const char* path, Text& backupsuffix) {
   return true;
 }
 
+}  // namespace
+
+bool convert(const char* path, Text& backupsuffix) {
+  load(path);
+  return convertstore(backupsuffix);
+}
+
 int update(const char* path) {
-  if (Text suffix; convert(path, suffix)) backup(path, suffix);
+  const Lock lock{path};
+  Original original = Original::opened(lock, path);
+  load(original);
+  if (Text suffix; convertstore(suffix)) backup(original, suffix);
   return 1;
 }
 

@@ -18,6 +18,12 @@ struct Fatal {
   std::string message;
 };
 
+/// The error for a file that cannot be opened for reading, or not be read to its end.
+inline Fatal unreadable(const char* path) { return Fatal{"Cannot open file ", path, " for input."}; }
+
+/// The error for a file that cannot be opened for writing.
+inline Fatal cannotopen(const char* path) { return Fatal{"Cannot open file ", path, " for output."}; }
+
 /// A text outgrew the 511 characters of a line: the run ends by an abort, with every file as it was.
 struct TextTooLong {};
 

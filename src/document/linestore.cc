@@ -21,8 +21,6 @@ struct Close {
   void operator()(std::FILE* file) const { (void)std::fclose(file); }
 };
 
-Fatal unreadable(const char* path) { return Fatal{"Cannot open file ", path, " for input."}; }
-
 /// Reads the next line that is not blank.
 bool readkept(Text& text, std::FILE* file) {
   while (text.read(file)) {
@@ -31,12 +29,25 @@ bool readkept(Text& text, std::FILE* file) {
   return false;
 }
 
+/// Fills the store from a stream and closes it; null is a stream that could not be opened.
+void read(std::FILE* stream, const char* path) {
+  const std::unique_ptr<std::FILE, Close> file{stream};
+  if (file == nullptr && errno == ENOMEM) throw std::bad_alloc{};
+  if (file == nullptr) throw unreadable(path);
+  start = last = nullptr;
+  Line* line = makeentry();
+  while (readkept(line->text, file.get())) {
+    dlstore(line);
+    line = makeentry();
+  }
+  std::free(line);
+  // Half a file must not be taken for the whole one.
+  if (std::ferror(file.get()) != 0 && errno != EISDIR) throw unreadable(path);
+  watch.loaded();
+}
+
 /// Whether an empty line stands before this one in the file.
 bool separated(const Line& line) { return line.text.first() == '[' && &line != start; }
-
-// The result does not matter: what cannot be removed or renamed is left as it is.
-void replace(const char* from, const char* to) { (void)std::rename(from, to); }
-void remove(const char* path) { (void)std::remove(path); }
 
 }  // namespace
 
@@ -51,9 +62,6 @@ std::string contents() {
   }
   return text;
 }
-
-Text temporaryname(const char* path) { return Text(std::string_view(path), "_tmp"); }
-Text backupname(const char* path, std::string_view suffix) { return Text(std::string_view(path), '_', suffix); }
 
 bool blankline(std::string_view text) { return text.find_first_not_of(" \t") == std::string_view::npos; }
 
@@ -85,40 +93,10 @@ void discard(Line* line) {
   std::free(line);
 }
 
-void load(const char* path) {
-  const std::unique_ptr<std::FILE, Close> file{watch.open(path)};
-  if (file == nullptr && errno == ENOMEM) throw std::bad_alloc{};
-  if (file == nullptr) throw unreadable(path);
-  start = last = nullptr;
-  Line* line = makeentry();
-  while (readkept(line->text, file.get())) {
-    dlstore(line);
-    line = makeentry();
-  }
-  std::free(line);
-  // Half a file must not be taken for the whole one.
-  if (std::ferror(file.get()) != 0 && errno != EISDIR) throw unreadable(path);
-  watch.loaded();
-}
-
-void save(const char* path) { overwrite(path, contents()); }
-
-void output(const char* path) {
-  const Text temporary = temporaryname(path);
-  createlike(path, temporary.c_str(), contents());
-  remove(path);
-  replace(temporary.c_str(), path);
-  syncfolder(path);
-}
-
-void backup(const char* path, std::string_view suffix) {
-  const Text temporary = temporaryname(path);
-  const Text old = backupname(path, suffix);
-  createlike(path, temporary.c_str(), contents());
-  remove(old.c_str());  // kept: with the suffix "tmp" this is what was just saved
-  replace(path, old.c_str());
-  replace(temporary.c_str(), path);
-  syncfolder(path);
-}
+void load(const char* path) { read(watch.open(path), path); }
+void load(Original& original) { read(original.stream(), original.path()); }
+void save(const Original& original) { overwrite(original, contents()); }
+void output(const Original& original) { replace(original, contents()); }
+void backup(const Original& original, std::string_view suffix) { replacekeeping(original, suffix, contents()); }
 
 }  // namespace tolvane

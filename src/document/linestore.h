@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "document/original.h"
 #include "document/text.h"
 
 namespace tolvane {
@@ -29,24 +30,21 @@ extern Line* last;
 /// Fatal when the file cannot be opened or read; a directory counts as an empty file.
 void load(const char* path);
 
+/// The same from a file that is open already.
+void load(Original& original);
+
 /// The store as the contents of its file: one empty line before each section header that is not the first line.
 std::string contents();
 
 /// Writes the store straight over the file. Fatal as `overwrite` is (outputfile.h).
-void save(const char* path);
+void save(const Original& original);
 
-/// Replaces the file by the store, by way of the file name followed by "_tmp", which becomes like the file. Fatal as
-/// `createlike` is, the file itself then being untouched; failures to remove and rename are ignored. The names have at
-/// most 511 characters.
-void output(const char* path);
+/// Replaces the file by the store. Fatal as `replace` is, the file itself then being untouched.
+void output(const Original& original);
 
-/// The same, and keeps the old file under its name followed by "_" and the suffix, in place of an older backup. The
-/// suffix "tmp" would name the temporary file itself: the old file then stays as it is.
-void backup(const char* path, std::string_view suffix);
-
-/// The names that `output` and `backup` give the temporary file and the old one.
-Text temporaryname(const char* path);
-Text backupname(const char* path, std::string_view suffix);
+/// The same, and keeps the old file under its name followed by "_" and the suffix, in place of an older backup. Fatal
+/// as `replacekeeping` is.
+void backup(const Original& original, std::string_view suffix);
 
 /// A new line that is not linked yet; its contents are undefined.
 Line* makeentry();

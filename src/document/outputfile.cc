@@ -1,20 +1,19 @@
 #include "document/outputfile.h"
 
-#include <endian.h>
 #include <fcntl.h>
-#include <linux/limits.h>
-#include <linux/posix_acl.h>
-#include <linux/posix_acl_xattr.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
-#include <span>
 #include <string>
+
+#include "document/attributes.h"
+#include "document/ends.h"
+#include "document/messages.h"
+#include "document/uninterrupted.h"
 
 namespace tolvane {
 
@@ -43,54 +42,70 @@ bool sync(int file) {
   return true;
 }
 
-constexpr const char* accesslist = "system.posix_acl_access";
-
-/// Takes from a new file the access list that it has from its folder: its model may have none.
-bool dropaccesslist(int file) { return fremovexattr(file, accesslist) == 0 || errno == ENODATA || errno == ENOTSUP; }
-
-/// Closes an access list to all but the owner and those whom nothing names, until the mode is set and opens it again.
-void closemask(std::span<char> list) {
-  posix_acl_xattr_entry entry;
-  for (std::size_t begin = sizeof(posix_acl_xattr_header); begin + sizeof entry <= list.size(); begin += sizeof entry) {
-    std::memcpy(&entry, &list[begin], sizeof entry);
-    if (entry.e_tag == htole16(ACL_MASK)) entry.e_perm = 0;
-    std::memcpy(&list[begin], &entry, sizeof entry);
-  }
+bool renamed(const Original& original, const char* from, const char* to) {
+  return renameat(original.directory(), from, original.directory(), to) == 0;
 }
 
-/// Copies an extended attribute. False when the disk is full or fails, and when an access list cannot be copied: the
-/// mode alone would let others in.
-bool copyattribute(const char* model, int file, const char* name) {
-  std::array<char, XATTR_SIZE_MAX> value;
-  const bool list = std::strcmp(name, accesslist) == 0;
-  const ssize_t length = getxattr(model, name, value.data(), value.size());
-  const std::size_t size = length < 0 ? 0 : static_cast<std::size_t>(length);
-  if (list) closemask({value.data(), size});
-  if (length >= 0 && fsetxattr(file, name, value.data(), size, 0) == 0) return true;
-  return !list && errno != ENOSPC && errno != EDQUOT && errno != EIO;
+/// Removes a name as remove(3) does: an empty directory, too.
+bool removed(const Original& original, const char* name) {
+  return unlinkat(original.directory(), name, 0) == 0 ||
+         (errno == EISDIR && unlinkat(original.directory(), name, AT_REMOVEDIR) == 0);
 }
 
-/// Copies the extended attributes that the caller may copy.
-bool copyattributes(const char* model, int file) {
-  std::array<char, XATTR_LIST_MAX> names;
-  const ssize_t length = listxattr(model, names.data(), names.size());
-  if (length < 0) return errno == ENOTSUP;
-  for (ssize_t begin = 0; begin < length;) {
-    const char* const name = &names[static_cast<std::size_t>(begin)];
-    if (!copyattribute(model, file, name)) return false;
-    begin += static_cast<ssize_t>(std::strlen(name)) + 1;
-  }
-  return true;
+/// Makes room for the temporary file. Returns false if something else than a stale one has its name.
+bool removestale(const Original& original, const char* name) {
+  struct stat status = {};
+  if (fstatat(original.directory(), name, &status, AT_SYMLINK_NOFOLLOW) != 0) return true;
+  return S_ISREG(status.st_mode) && removed(original, name);
 }
 
-/// Gives the file owner, group, extended attributes and mode of the model.
-bool liken(int file, const char* model, const struct stat& status) {
-  mode_t mode = status.st_mode & 07777;
-  if (fchown(file, status.st_uid, status.st_gid) != 0 && fchown(file, static_cast<uid_t>(-1), status.st_gid) != 0) {
-    // The file has another group now, and that gets no more than everybody has.
-    mode = (mode & 0707) | ((mode & 07) << 3);
+/// Writes the temporary file with the attributes of the original. Leaves nothing behind when it is Fatal.
+void savetemporary(const Original& original, const Text& temporary, std::string_view contents) {
+  const char* const name = original.nameof(temporary);
+  // Read before the file is created: from then on nothing needs memory until it is in order.
+  const std::optional<Attributes> attributes = original.missing() ? Attributes{} : attributesof(original.file());
+  // Until it has its attributes the file is its writer's alone. O_EXCL follows no link that somebody puts there now.
+  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
+  Descriptor file;
+  if (removestale(original, name)) {
+    file = Descriptor{openat(original.directory(), name, flags, original.missing() ? 0666 : 0600)};
   }
-  return dropaccesslist(file) && copyattributes(model, file) && fchmod(file, mode) == 0;
+  if (!file.open()) throw cannotopen(temporary.c_str());
+  bool written = attributes && writeall(file.number(), contents);
+  written = written && (original.missing() || setattributes(file.number(), *attributes)) && sync(file.number());
+  written = file.close() && written;
+  const bool current = original.stands(original.name());
+  if (written && current) return;
+  (void)removed(original, name);
+  throw written ? cannotopen(original.path()) : cannotwrite();
+}
+
+/// Renames the temporary file over the original. Returns false after a line on standard error if that cannot be done.
+bool finish(const Original& original, const Text& temporary) {
+  const char* const name = original.nameof(temporary);
+  if (renamed(original, name, original.name())) return true;
+  // A directory stands in the way of the rename, but an empty one can be removed.
+  if (errno == EISDIR && removed(original, original.name()) && renamed(original, name, original.name())) return true;
+  complain({"cannot replace ", original.path(), ": ", std::strerror(errno), "; the new contents are in ", temporary});
+  return false;
+}
+
+/// Gives the original its backup name as a second one. Returns false if that cannot be done.
+bool linked(const Original& original, const char* backup) {
+  return linkat(original.directory(), original.name(), original.directory(), backup, 0) == 0;
+}
+
+/// Renames the original to its backup name, and the temporary file to the name of the original.
+void replacebyrenames(const Original& original, const Text& temporary, const Text& backup) {
+  const char* const old = original.nameof(backup);
+  const bool kept = renamed(original, original.name(), old);
+  const int error = errno;
+  if (!finish(original, temporary)) {
+    if (kept) (void)renamed(original, old, original.name());
+  } else if (!kept) {
+    complain({"cannot keep the old contents as ", backup, ": ", std::strerror(error), "; ", original.path(),
+              " has the new contents"});
+  }
 }
 
 /// Reads what is left of a file, of about that many bytes.
@@ -123,70 +138,74 @@ bool reserve(int file, std::size_t size) {
   return true;
 }
 
-/// Makes the contents those of a plain file.
+/// Makes the contents those of a regular file.
 bool rewrite(int file, std::string_view contents) {
   return lseek(file, 0, SEEK_SET) == 0 && writeall(file, contents) &&
          ftruncate(file, static_cast<off_t>(contents.size())) == 0 && sync(file);
 }
 
-bool writeoverplain(int file, std::size_t size, std::string_view contents) {
+bool overwriteregular(int file, std::size_t size, std::string_view contents) {
   std::string old;
   if (!readall(file, size, old)) return false;
+  const Uninterrupted here;
   if (!allowed(contents.size()) || !reserve(file, contents.size())) return false;
   if (rewrite(file, contents)) return true;
   (void)rewrite(file, old);
   return false;
 }
 
-bool writeover(int file, std::string_view contents) {
-  struct stat status = {};
-  if (fstat(file, &status) != 0) return false;
-  if (S_ISREG(status.st_mode)) return writeoverplain(file, static_cast<std::size_t>(status.st_size), contents);
-  return writeall(file, contents) && sync(file);
-}
-
-/// Opens a file to write over it, and a plain one also to read it: a pipe opened for both would wait for no reader.
-int openover(const char* path) {
-  struct stat status = {};
-  const bool plain = stat(path, &status) != 0 || S_ISREG(status.st_mode);
-  return open(path, (plain ? O_RDWR : O_WRONLY) | O_CREAT | O_CLOEXEC, 0666);
+/// Opens the original to write over it, and a regular file also to read it: a pipe opened for both would wait for no
+/// reader. No descriptor if it cannot be opened, or is another file by now.
+Descriptor openover(const Original& original, struct stat& status) {
+  const int flags = (original.regular() ? O_RDWR : O_WRONLY) | O_CLOEXEC;
+  Descriptor file{openat(original.directory(), original.name(), flags)};
+  const bool same = file.open() && fstat(file.number(), &status) == 0 && original.is(status);
+  return same ? std::move(file) : Descriptor{};
 }
 
 }  // namespace
 
-Fatal cannotopen(const char* path) { return Fatal{"Cannot open file ", path, " for output."}; }
+Text temporaryname(const char* path) { return Text(std::string_view(path), "_tmp"); }
+Text backupname(const char* path, std::string_view suffix) { return Text(std::string_view(path), '_', suffix); }
 
-void createlike(const char* model, const char* path, std::string_view contents) {
+void replace(const Original& original, std::string_view contents) {
+  const Text temporary = temporaryname(original.path());
+  const Uninterrupted here;
+  savetemporary(original, temporary, contents);
+  finish(original, temporary);
+  (void)fsync(original.directory());
+}
+
+void replacekeeping(const Original& original, std::string_view suffix, std::string_view contents) {
+  const Text temporary = temporaryname(original.path());
+  const Text backup = backupname(original.path(), suffix);
+  const char* const old = original.nameof(backup);
+  const Uninterrupted here;
+  savetemporary(original, temporary, contents);
+  (void)removed(original, old);  // kept: with the suffix "tmp" this is what was just saved, and the original stays
+  if (backup == temporary) return;
+  if (!linked(original, old)) {
+    replacebyrenames(original, temporary, backup);
+  } else if (original.standsforanother(old)) {
+    // The name of the original stood for another file at that moment.
+    (void)removed(original, old);
+    (void)removed(original, original.nameof(temporary));
+    throw cannotopen(original.path());
+  } else if (!finish(original, temporary)) {
+    (void)removed(original, old);
+  }
+  (void)fsync(original.directory());
+}
+
+void overwrite(const Original& original, std::string_view contents) {
   struct stat status = {};
-  if (lstat(path, &status) == 0 && (!S_ISREG(status.st_mode) || unlink(path) != 0)) throw cannotopen(path);
-  const bool like = stat(model, &status) == 0;
-  const bool missing = !like && errno == ENOENT;
-  // Until it is like its model the new file is its writer's alone. O_EXCL follows no link that somebody puts there now.
-  const int file = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, missing ? 0666 : 0600);
-  if (file < 0) throw cannotopen(path);
-  bool written = writeall(file, contents);
-  written = written && (!like || liken(file, model, status)) && sync(file);
-  written = close(file) == 0 && written;
-  if (written) return;
-  (void)unlink(path);
-  throw cannotwrite();
-}
-
-void overwrite(const char* path, std::string_view contents) {
-  const int file = openover(path);
-  if (file < 0) throw cannotopen(path);
-  bool written = writeover(file, contents);
-  written = close(file) == 0 && written;
+  Descriptor file = openover(original, status);
+  if (!file.open()) throw cannotopen(original.path());
+  bool written = original.regular()
+                     ? overwriteregular(file.number(), static_cast<std::size_t>(status.st_size), contents)
+                     : writeall(file.number(), contents) && sync(file.number());
+  written = file.close() && written;
   if (!written) throw cannotwrite();
-}
-
-void syncfolder(std::string_view path) {
-  const std::size_t slash = path.rfind('/');
-  const std::string folder{slash == std::string_view::npos ? "." : path.substr(0, slash + 1)};
-  const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (file < 0) return;
-  (void)fsync(file);
-  (void)close(file);
 }
 
 }  // namespace tolvane

@@ -6,6 +6,9 @@
 #include <initializer_list>
 #include <string_view>
 
+#include "document/lock.h"
+#include "document/messages.h"
+
 namespace tolvane {
 
 /// The watcher's procedures, none of which may change the line store.
@@ -21,10 +24,10 @@ struct Watch {
 };
 
 inline constexpr Watch nobody{
-    [](const char* path) { return std::fopen(path, "r"); },
+    openshared,
     [] {},
     [](std::string_view /*version*/, std::string_view /*phrase*/) {},
-    [](std::string_view text) { (void)std::fwrite(text.data(), 1, text.size(), stdout); },
+    say,
 };
 
 inline Watch watch = nobody;

@@ -55,8 +55,9 @@ void convertpair(const char* systempath, const char* networkpath) {
 }
 
 int merge(const char* path, const char* systempath, const char* networkpath) {
+  const Lock lock{path, systempath, networkpath};
   convertpair(systempath, networkpath);
-  output(path);
+  output(Original::replaced(lock, path));
   return 1;
 }
 

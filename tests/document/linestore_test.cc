@@ -27,8 +27,15 @@ class LineStore : public StoreTest {
   /// What is written after a file of this text was read.
   [[nodiscard]] std::string saved(std::string_view text) const {
     (void)loaded(text);
-    save(path.c_str());
+    on(path, [](const Original& original) { save(original); });
     return contents(path);
+  }
+
+  /// Lets an operation work on a file.
+  template <typename Operation>
+  static void on(const std::string& path, const Operation& operation) {
+    const Lock lock{path.c_str()};
+    operation(Original::replaced(lock, path.c_str()));
   }
 
   std::string path;
@@ -88,7 +95,7 @@ TEST_F(LineStore, IsEmptyForAFolder) {
 
 TEST_F(LineStore, ReportsAnOutputFileThatCannotBeOpened) {
   try {
-    save("no/such.qpx");
+    on("no/such.qpx", [](const Original& original) { save(original); });
     FAIL() << "saved into a missing folder";
   } catch (const Fatal& end) {
     EXPECT_EQ(end.message, "Cannot open file no/such.qpx for output.");
@@ -98,7 +105,7 @@ TEST_F(LineStore, ReportsAnOutputFileThatCannotBeOpened) {
 TEST_F(LineStore, ReportsAFullDisk) {
   given("a=1\n");
   try {
-    save("/dev/full");
+    on("/dev/full", [](const Original& original) { save(original); });
     FAIL() << "nothing was written and nothing said";
   } catch (const Fatal& end) {
     EXPECT_EQ(end.message, "Error writing output file");
@@ -118,7 +125,7 @@ TEST_F(LineStore, ReportsAFileThatCannotBeReadToItsEnd) {
 TEST_F(LineStore, OutputReplacesTheFileAndLeavesNoTemporaryOne) {
   write(path, "old\n");
   given("new\n");
-  output(path.c_str());
+  on(path, [](const Original& original) { output(original); });
   EXPECT_EQ(contents(path), "new\n");
   EXPECT_FALSE(std::filesystem::exists(path + "_tmp"));
 }
@@ -128,7 +135,7 @@ TEST_F(LineStore, BackupKeepsTheOldContentsUnderTheSuffix) {
   write(path + "_50", "older\n");
   write(path + "_tmp", "stale\n");
   given("new\n");
-  backup(path.c_str(), "50");
+  on(path, [](const Original& original) { backup(original, "50"); });
   EXPECT_EQ(contents(path), "new\n");
   EXPECT_EQ(contents(path + "_50"), "old\n\n\n");
   EXPECT_FALSE(std::filesystem::exists(path + "_tmp"));
@@ -138,8 +145,8 @@ TEST_F(LineStore, RefusesNamesThatAreTooLongBeforeItSaves) {
   const std::string name = testing::TempDir() + std::string(508 - testing::TempDir().size(), 'n');
   ASSERT_EQ(name.size(), 508U);
   given("new\n");
-  EXPECT_THROW(output(name.c_str()), TextTooLong);
-  EXPECT_THROW(backup(path.c_str(), std::string(511, '5')), TextTooLong);
+  EXPECT_THROW(on(name, [](const Original& original) { output(original); }), TextTooLong);
+  EXPECT_THROW(on(path, [](const Original& original) { backup(original, std::string(511, '5')); }), TextTooLong);
   EXPECT_FALSE(std::filesystem::exists(path + "_tmp"));
 }
 

@@ -44,7 +44,7 @@ class PreviewedGoldens : public PreviewTest {
     for (const auto& [name, text] : each.before()) write(folder / name, text);
   }
 
-  [[nodiscard]] Shown show(const Case& each, const std::string& option) const {
+  [[nodiscard]] Outcome show(const Case& each, const std::string& option) const {
     std::vector<std::string> words = each.words;
     words.insert(words.begin(), option);
     return preview(words);
@@ -63,7 +63,7 @@ TEST_F(PreviewedGoldens, HaveTheirStatusAndAreLeftAlone) {
   for (const Case& each : previewcases()) {
     prepare(each);
     for (const char* form : {"--color=never", "--diff", "--json", "--summary"}) {
-      const Shown shown = show(each, form);
+      const Outcome shown = show(each, form);
       EXPECT_EQ(shown.status, expectedstatus(each)) << each.folder << ' ' << form;
       EXPECT_EQ(shown.complained.empty(), shown.status != 2) << each.folder << ' ' << shown.complained;
       EXPECT_EQ(std::count(shown.complained.begin(), shown.complained.end(), '\n'), shown.status == 2 ? 1 : 0);
@@ -75,7 +75,7 @@ TEST_F(PreviewedGoldens, HaveTheirStatusAndAreLeftAlone) {
 TEST_F(PreviewedGoldens, ArePatchedToTheResult) {
   for (const Case& each : previewcases()) {
     prepare(each);
-    const Shown shown = show(each, "--diff");
+    const Outcome shown = show(each, "--diff");
     const std::string source = each.words[each.merge ? 1 : 0];
     if (expectedstatus(each) != 1) {
       EXPECT_EQ(shown.printed, "") << each.folder;

@@ -81,7 +81,7 @@ class PreviewProgram : public PreviewTest {
   /// What the report says below its heading "Result".
   [[nodiscard]] std::string result(const std::string& text, int status) const {
     write(folder / "a.qpx", text);
-    const Shown shown = preview({"a.qpx"});
+    const Outcome shown = preview({"a.qpx"});
     EXPECT_EQ(shown.status, status) << shown.printed;
     const std::size_t begin = shown.printed.find("\nResult\n");
     return begin == std::string::npos ? "no result" : shown.printed.substr(begin + 8);
@@ -90,7 +90,7 @@ class PreviewProgram : public PreviewTest {
 
 TEST_F(PreviewProgram, ReportsStepByStep) {
   write(folder / "a.qpx", old);
-  EXPECT_EQ(preview({"a.qpx"}), (Shown{1, reported, ""}));
+  EXPECT_EQ(preview({"a.qpx"}), (Outcome{1, reported, ""}));
   EXPECT_EQ(filesin(folder), (Files{
                                  {"a.qpx", old}
   }));
@@ -98,7 +98,7 @@ TEST_F(PreviewProgram, ReportsStepByStep) {
 
 TEST_F(PreviewProgram, PrintsADiff) {
   write(folder / "a.qpx", old);
-  const Shown shown = preview({"--diff", "a.qpx"});
+  const Outcome shown = preview({"--diff", "a.qpx"});
   EXPECT_EQ(shown.status, 1);
   EXPECT_EQ(shown.printed, diffed);
   ASSERT_EQ(run({"update", "a.qpx"}), (Outcome{1, ""}));
@@ -131,7 +131,7 @@ TEST_F(PreviewProgram, PrintsTroubleAsJson) {
   const std::string record = "overview=Linux/AMD64~UNIX~5.43~\xff";
   write(folder / "a.qpx",
         "[ConfigFile]\nVersion=5.43\n[config]\n" + record + std::string(511 - record.size(), 'x') + '\n');
-  const Shown shown = preview({"--json", "a.qpx", "none"});
+  const Outcome shown = preview({"--json", "a.qpx", "none"});
   EXPECT_EQ(shown.status, 2);
   EXPECT_THAT(
       shown.printed,
@@ -154,10 +154,10 @@ TEST_F(PreviewProgram, SummarizesInOneLine) {
   write(folder / "a.qpx", old);
   write(folder / "b.qpx", current);
   EXPECT_EQ(preview({"--summary", "a.qpx", "b.qpx"}),
-            (Shown{1,
-                   "a.qpx: version 5.44, 1 step pending, 4 lines changed: would be upgraded, backup a.qpx_544\n"
-                   "b.qpx: version 5.45 (current), 0 steps pending, 0 lines changed: would stay as it is\n",
-                   ""}));
+            (Outcome{1,
+                     "a.qpx: version 5.44, 1 step pending, 4 lines changed: would be upgraded, backup a.qpx_544\n"
+                     "b.qpx: version 5.45 (current), 0 steps pending, 0 lines changed: would stay as it is\n",
+                     ""}));
 }
 
 TEST_F(PreviewProgram, TellsThatNothingWouldChange) {
@@ -191,7 +191,7 @@ TEST_F(PreviewProgram, ShowsNoChangeThatIsNotWritten) {
   // A platform that may not be taken over: the check removes the communication entry, but nothing is written.
   const std::string text = "[ConfigFile]\nVersion=5.45\n\n[config]\noverview=Linux/x86-64~UNIX~5.45\n\n[Com]\nCom=4\n";
   write(folder / "a.qpx", text);
-  const Shown shown = preview({"a.qpx"});
+  const Outcome shown = preview({"a.qpx"});
   EXPECT_EQ(shown.status, 0);
   EXPECT_THAT(shown.printed, HasSubstr("\nplatform check: nothing changes\n\n"
                                        "Messages that update would print\n"
@@ -230,14 +230,14 @@ TEST_F(PreviewProgram, TellsWhyThereWouldBeNoBackup) {
             before + "no backup a.qpx_544 (a folder that is not empty has this name)\n");
   EXPECT_THAT(preview({"--json", "a.qpx"}).printed,
               HasSubstr(R"("obstacle":"a folder that is not empty has this name")"));
-  ASSERT_EQ(run({"update", "a.qpx"}), (Outcome{1, ""}));
+  ASSERT_EQ(run({"update", "a.qpx"}).status, 1);
   EXPECT_TRUE(fs::is_directory(folder / "a.qpx_544"));
 
   const std::string version(300, 'v');
   const std::string text = "[ConfigFile]\nVersion=" + version + "\n\n" + platform + "\n\n[Com]\nCom=4\n";
   EXPECT_THAT(result(text, 1),
               HasSubstr("kept as a.qpx_" + version + ": this name is too long for the file system.\n"));
-  ASSERT_EQ(run({"update", "a.qpx"}), (Outcome{1, ""}));
+  ASSERT_EQ(run({"update", "a.qpx"}).status, 1);
   EXPECT_EQ(filesin(folder), (Files{
                                  {"a.qpx",     contents(folder / "a.qpx")},
                                  {"a.qpx_544", "(not a file)"            }
@@ -268,7 +268,7 @@ TEST_F(PreviewProgram, TellsThatTheTemporaryFileCouldNotBeMade) {
   for (const std::string& name : {std::string("a.qpx"), longest}) {
     const std::string message = "Cannot open file " + name + "_tmp for output.";
     const std::string why = name == longest ? " (File name too long)" : " (it is there and no plain file)";
-    const Shown shown = preview({name});
+    const Outcome shown = preview({name});
     EXPECT_EQ(shown.status, 2);
     EXPECT_EQ(shown.complained, "tolvane-preview: " + name + ": " + message + why + '\n');
     EXPECT_THAT(shown.printed, HasSubstr("\nMessages that update would print\n  " + message + "\n\nResult\n" +
@@ -285,7 +285,7 @@ TEST_F(PreviewProgram, PutsNoWordIntoTheMouthOfUpdateWhereItGivesUp) {
   write(folder / "a.qpx", old);
   fs::resize_file(folder / "a.qpx", largestinput + 1);
   const std::string trouble = "a.qpx has more than 64 MiB and is not previewed.";
-  const Shown shown = preview({"a.qpx"});
+  const Outcome shown = preview({"a.qpx"});
   EXPECT_EQ(shown.printed, "a.qpx\n\nResult\n  " + trouble + '\n');
   EXPECT_EQ(shown.complained, "tolvane-preview: a.qpx: " + trouble + '\n');
   EXPECT_EQ(shown.status, 2);
@@ -311,23 +311,23 @@ TEST_F(PreviewProgram, ReportsWhatReadingLoses) {
 
 TEST_F(PreviewProgram, ReportsAnUnknownPlatform) {
   write(folder / "a.qpx", "[ConfigFile]\nVersion=5.44\n[config]\noverview=Abacus~WOOD~5.44\nrbufsiz=1\n");
-  EXPECT_EQ(preview({"a.qpx"}), (Shown{2,
-                                       "a.qpx: version 5.44, platform Abacus (WOOD)\n"
-                                       "  1 step to version 5.45\n"
-                                       "\n"
-                                       "5.45  obsolete keys\n"
-                                       "  [config]\n"
-                                       "    removed  rbufsiz=1\n"
-                                       "\n"
-                                       "platform check\n"
-                                       "    update would end here: Unknown platform: Abacus.\n"
-                                       "\n"
-                                       "Messages that update would print\n"
-                                       "  Unknown platform: Abacus.\n"
-                                       "\n"
-                                       "Result\n"
-                                       "  update would write nothing. Unknown platform: Abacus.\n",
-                                       "tolvane-preview: a.qpx: Unknown platform: Abacus.\n"}));
+  EXPECT_EQ(preview({"a.qpx"}), (Outcome{2,
+                                         "a.qpx: version 5.44, platform Abacus (WOOD)\n"
+                                         "  1 step to version 5.45\n"
+                                         "\n"
+                                         "5.45  obsolete keys\n"
+                                         "  [config]\n"
+                                         "    removed  rbufsiz=1\n"
+                                         "\n"
+                                         "platform check\n"
+                                         "    update would end here: Unknown platform: Abacus.\n"
+                                         "\n"
+                                         "Messages that update would print\n"
+                                         "  Unknown platform: Abacus.\n"
+                                         "\n"
+                                         "Result\n"
+                                         "  update would write nothing. Unknown platform: Abacus.\n",
+                                         "tolvane-preview: a.qpx: Unknown platform: Abacus.\n"}));
 }
 
 TEST_F(PreviewProgram, ReportsAFileThatIsNone) {
@@ -341,10 +341,10 @@ TEST_F(PreviewProgram, ReportsAFileThatIsNone) {
   EXPECT_EQ(preview({"a.qpx", "b"}).complained,
             "tolvane-preview: a.qpx: " + invalid +
                 "tolvane-preview: b: Invalid configuration file format (Is a directory)\n");
-  EXPECT_EQ(preview({"--diff", "a.qpx"}), (Shown{2, "", "tolvane-preview: a.qpx: " + invalid}));
+  EXPECT_EQ(preview({"--diff", "a.qpx"}), (Outcome{2, "", "tolvane-preview: a.qpx: " + invalid}));
   EXPECT_EQ(preview({"--summary", "c"}),
-            (Shown{2, "c: would end: Cannot open file c for input. (No such file or directory)\n",
-                   "tolvane-preview: c: Cannot open file c for input. (No such file or directory)\n"}));
+            (Outcome{2, "c: would end: Cannot open file c for input. (No such file or directory)\n",
+                     "tolvane-preview: c: Cannot open file c for input. (No such file or directory)\n"}));
 }
 
 TEST_F(PreviewProgram, GoesOnBehindAFileInTrouble) {
@@ -352,7 +352,7 @@ TEST_F(PreviewProgram, GoesOnBehindAFileInTrouble) {
   write(folder / "c.qpx", current);
   const std::string first =
       "a.qpx: version 5.44, 1 step pending, 4 lines changed: would be upgraded, backup a.qpx_544\n";
-  const Shown shown = preview({"--summary", "a.qpx", "b.qpx", "a.qpx", "c.qpx"});
+  const Outcome shown = preview({"--summary", "a.qpx", "b.qpx", "a.qpx", "c.qpx"});
   EXPECT_EQ(shown.status, 2);
   EXPECT_EQ(shown.printed,
             first + "b.qpx: would end: Cannot open file b.qpx for input. (No such file or directory)\n" + first +
@@ -376,7 +376,7 @@ TEST_F(PreviewProgram, NamesTheEntryThatWouldGrowTooLong) {
   const std::string longest = record + std::string(511 - record.size(), 'x');
   write(folder / "a.qpx", "[ConfigFile]\nVersion=5.43\n\n[config]\n; " + std::string(500, 'y') + '\n' + longest +
                               "\n[Other]\noverview=" + std::string(502, 'z') + '\n');
-  const Shown shown = preview({"a.qpx"});
+  const Outcome shown = preview({"a.qpx"});
   const std::string trouble =
       "A line would grow beyond 511 characters in step 5.44 (names of 64-bit platforms): line 6 of a.qpx, \"overview\" in "
       "[config], 511 characters long\n";
@@ -392,7 +392,7 @@ TEST_F(PreviewProgram, ReportsANameThatIsTooLong) {
   while (name.size() < 500) name += "./";
   name += std::string(510 - name.size(), 'n');
   write(folder / name, old);
-  const Shown shown = preview({"--diff", name});
+  const Outcome shown = preview({"--diff", name});
   EXPECT_EQ(shown.status, 2);
   EXPECT_EQ(shown.complained,
             "tolvane-preview: " + name +
@@ -406,7 +406,7 @@ const std::string systemfile =
 TEST_F(PreviewProgram, PreviewsAMerge) {
   write(folder / "s", systemfile);
   write(folder / "n", "[ConfigFile]\nFileType=Network 5.45\n[Net]\nthisco=elm\n");
-  const Shown shown = preview({"merge", "s", "n"});
+  const Outcome shown = preview({"merge", "s", "n"});
   EXPECT_EQ(shown.status, 1);
   const std::string head =
       "s: version 3.11, platform X86-64(Ubuntu Linux) (UNIX)\n"
@@ -443,11 +443,11 @@ TEST_F(PreviewProgram, PreviewsAMerge) {
 
 TEST_F(PreviewProgram, ReportsTheTroublesOfAMerge) {
   write(folder / "s", systemfile);
-  const Shown wrong = preview({"merge", "s", "s"});
+  const Outcome wrong = preview({"merge", "s", "s"});
   EXPECT_EQ(wrong.status, 2);
   EXPECT_EQ(wrong.complained, "tolvane-preview: s, s: Invalid network configuration file type\n");
   EXPECT_EQ(preview({"--diff", "merge", "s", "n"}),
-            (Shown{2, "", "tolvane-preview: s, n: Cannot open file n for input. (No such file or directory)\n"}));
+            (Outcome{2, "", "tolvane-preview: s, n: Cannot open file n for input. (No such file or directory)\n"}));
   EXPECT_THAT(preview({"--json", "merge", "s", "n"}).printed, HasSubstr(R"("pending":0)"));
   EXPECT_EQ(preview({"--diff", "merge", "n", "s"}).complained,
             "tolvane-preview: n, s: Cannot open file n for input. (No such file or directory)\n");
@@ -457,16 +457,17 @@ TEST_F(PreviewProgram, NamesTheLineThatWouldEndAMerge) {
   write(folder / "s", systemfile);
   // Step "3.0" of the network file changes "SYS$C" to "VELMSYS".
   write(folder / "n", "[ConfigFile]\nFileType=Network 2.1\n[Namespace]\nNsp~1=" + std::string(500, 'x') + "SYS$C\n");
-  EXPECT_EQ(preview({"--diff", "merge", "s", "n"}),
-            (Shown{2, "",
-                   "tolvane-preview: s, n: A line would grow beyond 511 characters in step 3.0 (the system directory): "
-                   "line 4 of n, \"Nsp~1\" in [Namespace], 511 characters long\n"}));
+  EXPECT_EQ(
+      preview({"--diff", "merge", "s", "n"}),
+      (Outcome{2, "",
+               "tolvane-preview: s, n: A line would grow beyond 511 characters in step 3.0 (the system directory): "
+               "line 4 of n, \"Nsp~1\" in [Namespace], 511 characters long\n"}));
   EXPECT_EQ(run({"merge", "a", "s", "n"}).status, -6);
 }
 
 TEST_F(PreviewProgram, ReadsAPipeOnce) {
   write(folder / "a.qpx", old);
-  const Shown piped = previewby("cat a.qpx | \"$@\"", {"--summary", "/dev/stdin"});
+  const Outcome piped = previewby("cat a.qpx | \"$@\"", {"--summary", "/dev/stdin"});
   EXPECT_THAT(piped.printed, StartsWith("/dev/stdin: version 5.44, 1 step pending, 4"));
   EXPECT_EQ(piped.status, 1);
 }
@@ -475,24 +476,24 @@ TEST_F(PreviewProgram, ShowsNoControlCharacterRaw) {
   const std::string name = "a\033[31m\n.qpx";
   write(folder / name, old + "bell\a=\x9b\r\n");
   for (const char* form : {"--color=never", "--summary", "--json"}) {
-    const Shown shown = preview({form, name, name + '\b'});
+    const Outcome shown = preview({form, name, name + '\b'});
     for (const char character : shown.printed + shown.complained) {
       EXPECT_TRUE(character == '\n' || (character >= ' ' && character != 0x7f)) << form << static_cast<int>(character);
     }
   }
-  const Shown shown = preview({"--diff", name});
+  const Outcome shown = preview({"--diff", name});
   EXPECT_THAT(shown.printed, StartsWith("--- \"a\\033[31m\\n.qpx\"\n+++ \"a\\"));
 }
 
 TEST_F(PreviewProgram, ExplainsItself) {
-  const Shown help = preview({"--help"});
+  const Outcome help = preview({"--help"});
   EXPECT_EQ(help.status, 0);
   EXPECT_EQ(help.complained, "");
   for (const char* option :
        {"--diff", "--json", "--summary", "--color=WHEN", "--help", "--version", "merge SYSTEM NETWORK"}) {
     EXPECT_THAT(help.printed, HasSubstr(option)) << option;
   }
-  EXPECT_EQ(preview({"--version"}), (Shown{0, "tolvane-preview 5.45\n", ""}));
+  EXPECT_EQ(preview({"--version"}), (Outcome{0, "tolvane-preview 5.45\n", ""}));
 }
 
 TEST_F(PreviewProgram, PrintsTheUsageForAnythingElse) {
@@ -503,7 +504,7 @@ TEST_F(PreviewProgram, PrintsTheUsageForAnythingElse) {
   for (const char* line : {"", "--", "--unknown a.qpx", "-d a.qpx", "--diff=1 a.qpx", "--color a.qpx",
                            "--color=sometimes a.qpx", "--color", "--diff --json a.qpx", "--summary a.qpx --json",
                            "merge", "merge a.qpx", "merge a.qpx a.qpx a.qpx"}) {
-    EXPECT_EQ(preview(split(line)), (Shown{2, "", usage})) << line;
+    EXPECT_EQ(preview(split(line)), (Outcome{2, "", usage})) << line;
   }
 }
 
@@ -514,7 +515,7 @@ TEST_F(PreviewProgram, TakesWhatStandsBehindTwoDashesAsFiles) {
   EXPECT_EQ(preview({"--summary", "./merge"}).status, 0);
 }
 
-bool hascolor(const Shown& shown) { return shown.printed.find("\033[") != std::string::npos; }
+bool hascolor(const Outcome& shown) { return shown.printed.find("\033[") != std::string::npos; }
 
 TEST_F(PreviewProgram, ColorsWhenItIsWanted) {
   write(folder / "a.qpx", old);
@@ -552,15 +553,15 @@ TEST_F(PreviewProgram, IsInTroubleWhenItCannotPrint) {
   fs::copy_file(fs::path(TOLVANE_SOURCE) / "examples" / "server-3.11.qpx", folder / "large.qpx");
   for (const char* word : {"a.qpx", "large.qpx", "--help", "--version"}) {
     EXPECT_EQ(previewby("exec \"$@\" >&-", {word}),
-              (Shown{2, "", "tolvane-preview: standard output: Bad file descriptor\n"}));
+              (Outcome{2, "", "tolvane-preview: standard output: Bad file descriptor\n"}));
     EXPECT_EQ(previewby("exec \"$@\" >/dev/full", {word}),
-              (Shown{2, "", "tolvane-preview: standard output: No space left on device\n"}));
+              (Outcome{2, "", "tolvane-preview: standard output: No space left on device\n"}));
   }
 }
 
 TEST_F(PreviewProgram, IsInTroubleWhenItsReaderIsGone) {
   write(folder / "a.qpx", old);
-  const Shown shown = previewby("{ sleep 0.2; \"$@\"; echo $? >status; } | true", {"a.qpx"});
+  const Outcome shown = previewby("{ sleep 0.2; \"$@\"; echo $? >status; } | true", {"a.qpx"});
   EXPECT_EQ(shown.complained, "");
   EXPECT_EQ(contents(folder / "status"), "2\n");
 }
@@ -607,13 +608,13 @@ TEST_F(PreviewProgram, SurvivesAnyAllocationThatFails) {
   GTEST_SKIP() << "the sanitizers bear no other malloc";
 #endif
   write(folder / "a.qpx", old);
-  const Shown whole = preview({"--json", "a.qpx"});
+  const Outcome whole = preview({"--json", "a.qpx"});
   int failed = 0;
   for (int n = 1; n < 400; n += 3) {
     const std::string setting = "LD_PRELOAD=" TOLVANE_FAILING_MALLOC " FAILING_MALLOC=" + std::to_string(n);
-    const Shown shown = previewby(setting + " \"$@\"", {"--json", "a.qpx"});
+    const Outcome shown = previewby(setting + " \"$@\"", {"--json", "a.qpx"});
     if (shown == whole) continue;
-    EXPECT_EQ(shown, (Shown{2, "", "tolvane-preview: a.qpx: Insufficient memory\n"})) << n;
+    EXPECT_EQ(shown, (Outcome{2, "", "tolvane-preview: a.qpx: Insufficient memory\n"})) << n;
     ++failed;
   }
   EXPECT_GT(failed, 50);
@@ -627,7 +628,7 @@ TEST_F(PreviewProgram, ReportsMemoryThatCannotBeHad) {
   for (int n = 0; n < 200000; ++n) large += std::to_string(n) + "=1\n";
   write(folder / "a.qpx", large);
   write(folder / "b.qpx", current);
-  const Shown shown = previewby("ulimit -v 60000; exec \"$@\"", {"--summary", "a.qpx", "b.qpx"});
+  const Outcome shown = previewby("ulimit -v 60000; exec \"$@\"", {"--summary", "a.qpx", "b.qpx"});
   EXPECT_EQ(shown.status, 2);
   EXPECT_EQ(shown.complained, "tolvane-preview: a.qpx: Insufficient memory\n");
   EXPECT_EQ(shown.printed, "b.qpx: version 5.45 (current), 0 steps pending, 0 lines changed: would stay as it is\n");

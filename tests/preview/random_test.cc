@@ -69,7 +69,7 @@ TEST_F(RandomFiles, AreForetold) {
     for (const fs::directory_entry& entry : fs::directory_iterator(folder)) fs::remove(entry.path());
     write(folder / "a", before);
     all += preview({"--json", "a"}).printed;
-    const Shown diff = preview({"--diff", "a"});
+    const Outcome diff = preview({"--diff", "a"});
     const int status = run({"update", "a"}).status;
     const std::string after = contents(folder / "a");
     EXPECT_EQ(diff.status, status != 1 ? 2 : before == after ? 0 : 1) << before;
@@ -94,7 +94,7 @@ TEST_F(RandomFiles, OfManyLinesAreQuick) {
   }
   write(folder / "a", large);
   const auto begin = std::chrono::steady_clock::now();
-  const Shown diff = preview({"--diff", "a"});
+  const Outcome diff = preview({"--diff", "a"});
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30)) << "quadratic work";
   ASSERT_EQ(diff.status, 1);
   EXPECT_LT(diff.printed.size(), 30000U);

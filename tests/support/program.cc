@@ -17,8 +17,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Runs a command line with standard output in the given file.
-int statusof(std::vector<std::string>& commandline, const fs::path& folder, const fs::path& printed) {
+/// Runs a command line with standard output and standard error in the given files.
+int statusof(std::vector<std::string>& commandline, const fs::path& folder, const fs::path& printed,
+             const fs::path& complained) {
   std::vector<char*> arguments;
   for (std::string& word : commandline) arguments.push_back(word.data());
   arguments.push_back(nullptr);
@@ -26,6 +27,7 @@ int statusof(std::vector<std::string>& commandline, const fs::path& folder, cons
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, printed.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, complained.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
   pid_t process = 0;
   const int error = posix_spawn(&process, arguments[0], &actions, nullptr, arguments.data(), environ);
@@ -46,7 +48,8 @@ fs::path temporaryfolder() {
 }  // namespace
 
 void PrintTo(const Outcome& outcome, std::ostream* out) {
-  *out << "status " << outcome.status << ", printed " << testing::PrintToString(outcome.printed);
+  *out << "status " << outcome.status << ", printed " << testing::PrintToString(outcome.printed) << ", complained "
+       << testing::PrintToString(outcome.complained);
 }
 
 Files filesin(const fs::path& folder) {
@@ -80,10 +83,13 @@ ProgramTest::~ProgramTest() {
 
 Outcome ProgramTest::spawn(std::vector<std::string> commandline) const {
   const fs::path printed = folder.string() + ".printed";
+  const fs::path complained = folder.string() + ".complained";
   Outcome outcome;
-  outcome.status = statusof(commandline, folder, printed);
+  outcome.status = statusof(commandline, folder, printed, complained);
   outcome.printed = contents(printed);
+  outcome.complained = contents(complained);
   fs::remove(printed);
+  fs::remove(complained);
   return outcome;
 }
 

@@ -10,10 +10,12 @@
 
 namespace tolvane::test {
 
-/// What a run came to: the exit status, or minus the signal that ended it, and what stands on standard output.
+/// What a run came to: the exit status, or minus the signal that ended it, and what stands on standard output and on
+/// standard error.
 struct Outcome {
   int status;
   std::string printed;
+  std::string complained = {};
   bool operator==(const Outcome&) const = default;
 };
 

@@ -72,46 +72,41 @@ void ScenarioTest::expectuntouched(const std::string& what) const {
 }
 
 void ScenarioTest::expectdone(const std::string& what) const {
-  const Files files = filesin(folder);
-  const bool moved = GetParam().inplace() || files.contains("a");
-  EXPECT_EQ(files.at(moved ? "a" : "a_tmp"), GetParam().result) << what;
+  EXPECT_EQ(filesin(folder).at("a"), GetParam().result) << what;
 }
 
 void ScenarioTest::expectmoment(const std::string& what) const {
   const Scenario& scenario = GetParam();
-  const Files files = filesin(folder);
-  const auto temporary = files.find("a_tmp");
-  if (!files.contains("a")) {
-    // The old contents are removed or moved away once the new ones are whole.
-    ASSERT_NE(temporary, files.end()) << what;
-    EXPECT_EQ(temporary->second, scenario.result) << what;
-    expectbackup(files, what);
-  } else if (files.at("a") == scenario.result) {
-    EXPECT_EQ(temporary, files.end()) << what;
-    expectbackup(files, what);
-  } else {
-    EXPECT_EQ(files.at("a"), scenario.old()) << what;
-    const bool saved = temporary != files.end() && temporary->second == scenario.result;
-    EXPECT_TRUE(saved || scenario.words[0] != "update" || files.at("a_544") == "older\n") << what;
-    if (temporary == files.end() || temporary->second == "stale\n") return;
-    EXPECT_TRUE(scenario.result.starts_with(temporary->second)) << what << ": " << temporary->second;
+  Files files = filesin(folder);
+  ASSERT_TRUE(files.contains("a")) << what;
+  if (files.at("a") == scenario.result) {
+    EXPECT_EQ(files, after()) << what;
+    return;
   }
-}
-
-void ScenarioTest::expectbackup(const Files& files, const std::string& what) const {
-  if (GetParam().words[0] != "update") return;
-  ASSERT_TRUE(files.contains("a_544")) << what;
-  EXPECT_EQ(files.at("a_544"), GetParam().old()) << what;
+  EXPECT_EQ(files.at("a"), scenario.old()) << what;
+  const auto temporary = files.find("a_tmp");
+  const bool saved = temporary != files.end() && temporary->second == scenario.result;
+  if (const auto backup = files.find("a_544"); backup != files.end() && backup->second != "older\n") {
+    EXPECT_TRUE(saved) << what;
+    EXPECT_EQ(backup->second, scenario.old()) << what;
+  } else {
+    EXPECT_TRUE(saved || scenario.words[0] != "update" || backup != files.end()) << what;
+  }
+  if (temporary == files.end() || temporary->second == "stale\n") return;
+  EXPECT_TRUE(scenario.result.starts_with(temporary->second)) << what << ": " << temporary->second;
 }
 
 void ScenarioTest::expectnextrunworks(const std::string& what) const {
-  const Scenario& scenario = GetParam();
-  if (!fs::exists(folder / "a")) fs::rename(folder / "a_tmp", folder / "a");
-  EXPECT_EQ(run(scenario.words), (Outcome{1, ""})) << what;
-  const Files files = filesin(folder);
-  EXPECT_EQ(files.at("a"), scenario.result) << what;
-  EXPECT_FALSE(files.contains("a_tmp")) << what;
-  EXPECT_FALSE(scenario.words[0] == "update" && !files.contains("a_544")) << what;
+  EXPECT_EQ(run(GetParam().words), (Outcome{1, ""})) << what;
+  EXPECT_EQ(filesin(folder), after()) << what;
+}
+
+Files ScenarioTest::after() {
+  Files files = GetParam().before;
+  files.erase("a_tmp");
+  if (GetParam().words[0] == "update") files["a_544"] = GetParam().old();
+  files["a"] = GetParam().result;
+  return files;
 }
 
 }  // namespace tolvane::test

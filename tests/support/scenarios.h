@@ -40,17 +40,18 @@ class ScenarioTest : public ProgramTest, public testing::WithParamInterface<Scen
   /// Nothing has changed, but that a stale temporary file may be gone.
   void expectuntouched(const std::string& what) const;
 
-  /// All of the new contents stand there: in the file, or under the temporary name where the last rename was refused.
+  /// The file has the new contents.
   void expectdone(const std::string& what) const;
 
-  /// What stands there is one of the moments of a run that replaces the file, and nothing is lost at any of them.
+  /// What stands there is one of the moments of a run that replaces the file: the file is there, old or new, and
+  /// nothing is lost.
   void expectmoment(const std::string& what) const;
 
-  /// An administrator puts the file back if it is not there, and the next run does all of the work.
+  /// The next run leaves what a run without a fault leaves.
   void expectnextrunworks(const std::string& what) const;
 
- private:
-  void expectbackup(const Files& files, const std::string& what) const;
+  /// The files after a run without a fault.
+  [[nodiscard]] static Files after();
 };
 
 std::string nameof(const testing::TestParamInfo<Scenario>& scenario);

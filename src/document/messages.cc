@@ -1,0 +1,52 @@
+#include "document/messages.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+
+#include "document/visible.h"
+
+namespace tolvane {
+
+namespace {
+
+/// The text with its newlines, but every other control character made visible.
+std::string visiblelines(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    result += visible(text.substr(0, end));
+    if (end < text.size()) result += '\n';
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return result;
+}
+
+bool onterminal() {
+  static const bool terminal = isatty(STDOUT_FILENO) == 1;
+  return terminal;
+}
+
+void print(std::string_view text) { (void)std::fwrite(text.data(), 1, text.size(), stdout); }
+
+}  // namespace
+
+void say(std::string_view text) { onterminal() ? print(visiblelines(text)) : print(text); }
+
+void sayline(std::string_view text) {
+  onterminal() ? print(visible(text)) : print(text);
+  print("\n");
+}
+
+void complain(std::initializer_list<std::string_view> pieces) {
+  std::string line = "tolvane: ";
+  for (const std::string_view piece : pieces) line += piece;
+  if (isatty(STDERR_FILENO) == 1) line = visible(line);
+  line += '\n';
+  // One call, so that the lines of several runs do not mix. Nobody is left to tell of an error.
+  (void)!write(STDERR_FILENO, line.data(), line.size());
+}
+
+}  // namespace tolvane

@@ -1,0 +1,25 @@
+// Lets signals wait while files are not in order.
+#pragma once
+
+#include <csignal>
+
+namespace tolvane {
+
+/// As long as it lives, signals wait that can: hang-up, interrupt, terminate and all others. At its end they do what
+/// they would have done at once, so that a process that they end has the usual exit status.
+class Uninterrupted {
+ public:
+  Uninterrupted() {
+    sigset_t all;
+    (void)sigfillset(&all);
+    (void)sigprocmask(SIG_SETMASK, &all, &before_);
+  }
+  Uninterrupted(const Uninterrupted&) = delete;
+  Uninterrupted& operator=(const Uninterrupted&) = delete;
+  ~Uninterrupted() { (void)sigprocmask(SIG_SETMASK, &before_, nullptr); }
+
+ private:
+  sigset_t before_;
+};
+
+}  // namespace tolvane
