@@ -45,7 +45,7 @@ void saving(benchmark::State& state) {
   given(sizename(state));
   const std::string path = pathof("saved");
   if (std::FILE* const file = std::fopen(path.c_str(), "w")) (void)std::fclose(file);
-  const Lock lock{path.c_str()};
+  Lock lock{path.c_str()};
   const Original original = Original::replaced(lock, path.c_str());
   for (auto _ : state) save(original);
 }

@@ -6,7 +6,7 @@
 namespace tolvane {
 
 int fdbms(const char* path) {
-  const Lock lock{path};
+  Lock lock{path};
   Original original = Original::opened(lock, path);
   load(original);
   versionentry();

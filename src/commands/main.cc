@@ -3,6 +3,7 @@
 // is too long ends the run by an abort.
 #include <fcntl.h>
 #include <malloc.h>
+#include <sys/epoll.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -79,11 +80,11 @@ int outofmemory() {
   std::_Exit(0);
 }
 
-/// Gives the numbers of standard streams that are closed to descriptors that cannot be read or written, so that no file
-/// that is opened later gets what is printed.
+/// Gives the numbers of standard streams that are closed to descriptors that cannot be read, written or opened again,
+/// so that no file that is opened later gets what is printed.
 void occupystreams() {
   for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
-    if (fcntl(stream, F_GETFD) < 0) (void)open("/", O_PATH | O_CLOEXEC);
+    if (fcntl(stream, F_GETFD) < 0) (void)epoll_create1(EPOLL_CLOEXEC);
   }
 }
 

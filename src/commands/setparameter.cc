@@ -5,7 +5,7 @@
 namespace tolvane {
 
 int setparameter(const char* path, const char* section, const char* key, const char* value) {
-  const Lock lock{path};
+  Lock lock{path};
   Original original = Original::opened(lock, path);
   load(original);
   if (getvalue(section, key) == value) return 1;  // kept: an empty value creates no entry

@@ -38,7 +38,7 @@ bool convert(const char* path, Text& backupsuffix) {
 }
 
 int update(const char* path) {
-  const Lock lock{path};
+  Lock lock{path};
   Original original = Original::opened(lock, path);
   load(original);
   if (Text suffix; convertstore(suffix)) backup(original, suffix);

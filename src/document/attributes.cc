@@ -29,18 +29,23 @@ ssize_t get(int file, const char* name, char* value, std::size_t size) {
   return length < 0 && errno == EBADF ? getxattr(pathof(file).c_str(), name, value, size) : length;
 }
 
-bool diskfails() { return errno == ENOSPC || errno == EDQUOT || errno == EIO; }
+/// True if the error says that the caller may not read or set an extended attribute, and not that something failed.
+bool notpermitted() {
+  return errno == EPERM || errno == EACCES || errno == ENODATA || errno == ENOTSUP || errno == EINVAL;
+}
 
 /// Makes the text what a call writes into a buffer. The call also tells the size that it needs. Returns false on error.
 template <typename Call>
 bool fill(std::string& text, const Call& call) {
-  const ssize_t needed = call(nullptr, 0);
-  if (needed < 0) return false;
-  text.resize(static_cast<std::size_t>(needed));
-  const ssize_t length = needed == 0 ? 0 : call(text.data(), text.size());
-  if (length < 0) return false;
-  text.resize(static_cast<std::size_t>(length));
-  return true;
+  ssize_t length = 0;
+  do {
+    const ssize_t needed = call(nullptr, 0);
+    if (needed <= 0) return needed == 0;
+    text.resize(static_cast<std::size_t>(needed));
+    length = call(text.data(), text.size());
+  } while (length < 0 && errno == ERANGE);  // it has grown in between
+  text.resize(length < 0 ? 0 : static_cast<std::size_t>(length));
+  return length >= 0;
 }
 
 /// Clears the mask of an ACL, which closes it to all but the owner and others; fchmod() restores the mask.
@@ -58,7 +63,7 @@ void clearmask(std::string& list) {
 bool readattribute(int file, const char* name, std::vector<Attributes::Extended>& extended) {
   Attributes::Extended attribute{name, {}};
   if (!fill(attribute.value, [=](char* value, std::size_t size) { return get(file, name, value, size); })) {
-    return name != acl && !diskfails();
+    return name != acl && notpermitted();
   }
   if (name == acl) clearmask(attribute.value);
   extended.push_back(std::move(attribute));
@@ -89,7 +94,7 @@ bool removeacl(int file) { return fremovexattr(file, acl.data()) == 0 || errno =
 bool setattribute(int file, const Attributes::Extended& attribute) {
   const std::string& value = attribute.value;
   return fsetxattr(file, attribute.name.c_str(), value.data(), value.size(), 0) == 0 ||
-         (attribute.name != acl && !diskfails());
+         (attribute.name != acl && notpermitted());
 }
 
 }  // namespace

@@ -7,7 +7,8 @@
 #include <new>
 #include <string>
 
-#include "document/outputfile.h"
+#include "document/overwrite.h"
+#include "document/replace.h"
 #include "document/watch.h"
 
 namespace tolvane {

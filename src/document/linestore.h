@@ -36,10 +36,10 @@ void load(Original& original);
 /// The store as the contents of its file: one empty line before each section header that is not the first line.
 std::string contents();
 
-/// Writes the store straight over the file. Fatal as `overwrite` is (outputfile.h).
+/// Writes the store straight over the file. Fatal as `overwrite` is (overwrite.h).
 void save(const Original& original);
 
-/// Replaces the file by the store. Fatal as `replace` is, the file itself then being untouched.
+/// Replaces the file by the store. Fatal as `replace` is (replace.h), the file itself then being untouched.
 void output(const Original& original);
 
 /// The same, and keeps the old file under its name followed by "_" and the suffix, in place of an older backup. Fatal

@@ -26,11 +26,18 @@ std::string directoryof(std::string_view path) {
   return std::string(slash == std::string_view::npos ? "." : path.substr(0, slash + 1));
 }
 
-/// Opens the directory of a file. A directory that may not be read cannot be locked, but names in it can be looked up.
+/// True if the error says that there is no directory to lock, or none that may be read, and not that something failed.
+bool unlockable(int error) {
+  return error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG || error == EACCES ||
+         error == EPERM;
+}
+
+/// Opens the directory of a file. Of one that may not be read only the names can be looked up.
 Lock::Directory opendirectory(const char* path) {
   Lock::Directory directory;
   directory.path = directoryof(path);
   directory.file = Descriptor{open(directory.path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
+  if (!directory.file.open() && !unlockable(errno)) throw cannotopen(path);
   if (!directory.file.open())
     directory.file = Descriptor{open(directory.path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)};
   struct stat status = {};
@@ -38,34 +45,28 @@ Lock::Directory opendirectory(const char* path) {
   return directory;
 }
 
-/// A line of fdinfo (see proc(5)) that tells of a lock of flock(2): of any such lock, or only of one that is exclusive.
-bool tellsoflock(std::string_view line, bool exclusive) {
-  return line.starts_with("lock:") && line.find(" FLOCK ") != std::string_view::npos &&
-         (!exclusive || line.find(" WRITE ") != std::string_view::npos);
-}
-
-/// True if this very descriptor holds a lock.
-bool holdslock(const char* number, bool exclusive) {
+/// True if this very descriptor holds a lock of flock(2). Its lines in fdinfo (see proc(5)) say so.
+bool holdslock(const char* number) {
   const std::string path = std::string("/proc/self/fdinfo/") + number;
   const std::unique_ptr<std::FILE, decltype([](std::FILE* file) { (void)std::fclose(file); })> file{
       std::fopen(path.c_str(), "re")};
   std::array<char, 256> line;
   while (file != nullptr && std::fgets(line.data(), line.size(), file.get()) != nullptr) {
-    if (tellsoflock(line.data(), exclusive)) return true;
+    const std::string_view text = line.data();
+    if (text.starts_with("lock:") && text.find(" FLOCK ") != std::string_view::npos) return true;
   }
   return false;
 }
 
-/// True if a descriptor of this process, which it can only have been started with, holds the lock on the file. Without
-/// /proc, none does.
-bool inherited(int file, bool exclusive) {
+/// True if a descriptor that this process was started with holds a lock on the file. Without /proc, false.
+bool inherited(int file) {
   struct stat wanted = {};
   const std::unique_ptr<DIR, decltype([](DIR* open) { (void)closedir(open); })> descriptors{opendir("/proc/self/fd")};
   if (descriptors == nullptr || fstat(file, &wanted) != 0) return false;
   while (const dirent* const entry = readdir(descriptors.get())) {
     struct stat status = {};
     if (fstatat(dirfd(descriptors.get()), entry->d_name, &status, 0) != 0) continue;
-    if (identity(status) == identity(wanted) && holdslock(entry->d_name, exclusive)) return true;
+    if (identity(status) == identity(wanted) && holdslock(entry->d_name)) return true;
   }
   return false;
 }
@@ -75,19 +76,11 @@ void rest() {
   (void)nanosleep(&time, nullptr);
 }
 
-/// Locks an open file (LOCK_EX or LOCK_SH). Returns false if somebody else holds the lock until the time is over.
-bool acquire(int file, int operation, std::string_view name, Clock::time_point end) {
-  bool told = false;
-  while (flock(file, operation | LOCK_NB) != 0) {
-    if (errno == EINTR) continue;
-    if (errno != EWOULDBLOCK) return true;  // the file system, or a rule of the system, knows no such locks
-    if (!told && inherited(file, operation == LOCK_EX)) return true;
-    if (!told) complain({"waiting for another run, which has locked ", name});
-    told = true;
-    if (Clock::now() >= end) return false;
-    rest();
-  }
-  return true;
+/// True if the error of flock(2) says that the file system knows no such locks, or that a rule of the system forbids
+/// them.
+bool withoutlocks(int error) {
+  return error == EBADF || error == EINVAL || error == ENOLCK || error == ENOSYS || error == ENOTSUP ||
+         error == EACCES || error == EPERM;
 }
 
 }  // namespace
@@ -95,30 +88,37 @@ bool acquire(int file, int operation, std::string_view name, Clock::time_point e
 Lock::Lock(std::initializer_list<const char*> paths, std::chrono::milliseconds time)
     : path_(*paths.begin()), end_(Clock::now() + time) {
   std::transform(paths.begin(), paths.end(), directories_.begin(), opendirectory);
-  directory_ = directories_[0].file.open() ? directories_[0].file.number() : AT_FDCWD;
   // Every run takes its locks in the same order, so that no two wait for each other.
   const std::span<Directory> named{directories_.data(), paths.size()};
   std::sort(named.begin(), named.end(),
             [](const Directory& one, const Directory& other) { return one.identity < other.identity; });
   for (const Directory* before = nullptr; const Directory& directory : named) {
     const bool locked = before != nullptr && before->identity == directory.identity;
-    if (!locked && !acquire(directory.file.number(), LOCK_EX, directory.path, end_)) throw cannotopen(path_);
+    if (!locked) acquire(directory.file.number(), Kind::alone, directory.path.c_str());
     before = &directory;
   }
 }
 
-void Lock::add(int file, const char* path) const {
-  if (!acquire(file, LOCK_EX, path, end_)) throw cannotopen(path_);
+int Lock::directory(const char* path) const {
+  const auto found = std::find_if(directories_.begin(), directories_.end(), [=](const Directory& directory) {
+    return directory.file.open() && directory.path == directoryof(path);
+  });
+  return found == directories_.end() ? AT_FDCWD : found->file.number();
 }
 
-std::FILE* openshared(const char* path) {
-  std::FILE* const file = std::fopen(path, "re");
-  struct stat status = {};
-  if (file == nullptr || fstat(fileno(file), &status) != 0 || !S_ISREG(status.st_mode)) return file;
-  if (acquire(fileno(file), LOCK_SH, path, Clock::now() + Lock::patience)) return file;
-  (void)std::fclose(file);
-  errno = EWOULDBLOCK;
-  return nullptr;
+void Lock::add(int file, const char* path, Kind kind) { acquire(file, kind, path); }
+
+void Lock::acquire(int file, Kind kind, const char* name) {
+  const int operation = (kind == Kind::alone ? LOCK_EX : LOCK_SH) | LOCK_NB;
+  for (bool first = true; flock(file, operation) != 0; first = false) {
+    if (errno == EINTR) continue;
+    if (withoutlocks(errno)) return;
+    if (errno != EWOULDBLOCK) throw cannotopen(path_);
+    if (first && inherited(file)) return;
+    if (!std::exchange(told_, true)) complain({"waiting for another run, which has locked ", name});
+    if (expired()) throw cannotopen(path_);
+    rest();
+  }
 }
 
 }  // namespace tolvane

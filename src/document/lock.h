@@ -7,12 +7,12 @@
 // locks, a run goes on without them.
 //
 // A descriptor that the process was started with may hold the lock already, as below `flock . tolvane update FILE`. Its
-// owner waits for this run, so this run does not wait for the lock.
+// owner waits for this run, so this run does not wait for the lock. Several runs below one such lock still wait for
+// each other's files.
 #pragma once
 
 #include <array>
 #include <chrono>
-#include <cstdio>
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -24,6 +24,7 @@ namespace tolvane {
 class Lock {
  public:
   using Clock = std::chrono::steady_clock;
+  enum class Kind { alone, shared };
 
   /// A locked directory; without a descriptor and an identity if it cannot be opened.
   struct Directory {
@@ -36,28 +37,28 @@ class Lock {
   static constexpr std::chrono::milliseconds patience = std::chrono::seconds(60);
 
   /// Locks the directories of one to three files, of which the first is the one that the run writes. While another run
-  /// holds a lock, says so on standard error and waits. Fatal ("Cannot open file %s for output.", with the first path)
-  /// when the time is over. A directory that cannot be opened is not locked: no file in it can be opened either.
+  /// holds a lock, says so on standard error, once, and waits. Fatal ("Cannot open file %s for output.", with the first
+  /// path) when the time is over, or when the system reports an error. A directory that does not exist or may not be
+  /// read is not locked.
   explicit Lock(std::initializer_list<const char*> paths, std::chrono::milliseconds time = patience);
 
-  /// Descriptor of the first file's directory for calls such as openat(2); AT_FDCWD if it cannot be opened.
-  [[nodiscard]] int directory() const { return directory_; }
+  /// Descriptor of the directory of one of the paths, for calls such as openat(2); AT_FDCWD if it cannot be opened.
+  [[nodiscard]] int directory(const char* path) const;
 
-  /// Locks an open file until it is closed. Waits, for as long as time is left, and is Fatal like the constructor.
-  void add(int file, const char* path) const;
+  /// Locks an open file until it is closed, alone or shared with other readers. Waits as long as time is left, and is
+  /// Fatal like the constructor.
+  void add(int file, const char* path, Kind kind = Kind::alone);
 
   /// True when the time is over.
   [[nodiscard]] bool expired() const { return Clock::now() >= end_; }
 
  private:
+  void acquire(int file, Kind kind, const char* name);
+
   const char* path_;
   Clock::time_point end_;
-  int directory_;
+  bool told_ = false;
   std::array<Directory, 3> directories_;
 };
-
-/// Opens a file for reading and locks it until it is closed, together with other readers. Returns null, with errno set,
-/// if the file cannot be opened or is still locked after the usual time.
-std::FILE* openshared(const char* path);
 
 }  // namespace tolvane

@@ -10,7 +10,15 @@
 
 namespace tolvane {
 
-Original::Original(const Lock& lock, const char* path) : path_(path), directory_(lock.directory()), prefix_(0) {
+namespace {
+
+/// True if the error of a look-up says that the path leads to no file.
+bool leadsnowhere(int error) { return error == ENOENT || error == ENOTDIR || error == ELOOP; }
+
+}  // namespace
+
+Original::Original(Lock& lock, const char* path)
+    : lock_(&lock), path_(path), directory_(lock.directory(path)), prefix_(0) {
   const char* const slash = std::strrchr(path, '/');
   const char* const name = slash == nullptr ? path : slash + 1;
   // Without a name, as in "directory/", or without its directory the path is looked up as it stands.
@@ -18,36 +26,44 @@ Original::Original(const Lock& lock, const char* path) : path_(path), directory_
   if (directory_ != AT_FDCWD) prefix_ = static_cast<std::size_t>(name - path);
 }
 
-Original Original::opened(const Lock& lock, const char* path) {
-  while (true) {
-    Original original{lock, path};
+Original Original::opened(Lock& lock, const char* path, Lock::Kind kind) {
+  Original original{lock, path};
+  do {
     original.file_ = original.open(O_RDONLY);
     if (!original.file_.open() && errno == ENOMEM) throw std::bad_alloc{};
     if (fstat(original.file(), &original.status_) != 0) throw unreadable(path);
     if (!original.regular()) return notregular(std::move(original));
-    lock.add(original.file(), path);
-    if (original.stands(original.name()) || lock.expired()) return original;
-    // Another run replaced it before it was locked.
-  }
+  } while (!original.lockedin(kind));
+  return original;
+}
+
+/// Locks the opened file. Returns false if another run replaced it before it was locked: it has to be opened again.
+bool Original::lockedin(Lock::Kind kind) {
+  lock_->add(file(), path_, kind);
+  return stands(name()) || lock_->expired();
 }
 
 /// Keeps apart what reads the file, for a pipe that is still open for reading does not wait for another reader.
 Original Original::notregular(Original original) {
   original.reading_ = std::exchange(original.file_, original.open(O_PATH));
   struct stat status = {};
-  if (fstat(original.file(), &status) != 0 || !original.is(status)) original.file_ = Descriptor{};
+  if (fstat(original.file(), &status) != 0 || identity(status) != identity(original.status_)) {
+    original.file_ = Descriptor{};
+  }
   return original;
 }
 
-Original Original::replaced(const Lock& lock, const char* path) {
+Original Original::replaced(Lock& lock, const char* path) {
   Original original{lock, path};
   struct stat& status = original.status_;
-  // Only a regular file is opened for reading, which sets off nothing. O_PATH needs no right to read.
-  const bool regular = fstatat(original.directory_, original.name(), &status, 0) == 0 && original.regular();
-  if (regular) original.file_ = original.open(O_RDONLY | O_NONBLOCK);
-  if (!original.file_.open()) original.file_ = original.open(O_PATH);
-  original.missing_ = !original.file_.open() && errno == ENOENT;
-  if (fstat(original.file(), &status) != 0) original.file_ = Descriptor{};
+  do {
+    // Only a regular file is opened for reading, which sets off nothing. O_PATH needs no right to read.
+    const bool regular = fstatat(original.directory_, original.name(), &status, 0) == 0 && original.regular();
+    original.file_ = regular ? original.open(O_RDONLY | O_NONBLOCK) : Descriptor{};
+    if (!original.file_.open()) original.file_ = original.open(O_PATH);
+    original.missing_ = !original.file_.open() && leadsnowhere(errno);
+    if (fstat(original.file(), &status) != 0) original.file_ = Descriptor{};
+  } while (original.file_.open() && original.regular() && !original.lockedin(Lock::Kind::alone));
   return original;
 }
 
@@ -60,14 +76,15 @@ std::FILE* Original::stream() {
   return stream;
 }
 
-bool Original::standsforanother(const char* name) const {
-  struct stat status = {};
-  return fstatat(directory_, name, &status, 0) == 0 && !is(status);
+bool Original::is(const struct stat& status) const {
+  // Asked anew: a file of an overlay can get another identity when it is first written or linked.
+  struct stat now = {};
+  return identity(status) == identity(fstat(file(), &now) == 0 ? now : status_);
 }
 
 bool Original::stands(const char* name) const {
   struct stat status = {};
-  if (fstatat(directory_, name, &status, 0) != 0) return missing() && errno == ENOENT;
+  if (fstatat(directory_, name, &status, 0) != 0) return missing() && leadsnowhere(errno);
   return !missing() && is(status);
 }
 

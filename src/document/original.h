@@ -16,12 +16,13 @@ namespace tolvane {
 
 class Original {
  public:
-  /// Opens a file for reading, and locks it if it is a regular file. Fatal when it cannot be opened.
-  static Original opened(const Lock& lock, const char* path);
+  /// Opens a file for reading, and locks it if it is a regular file. Fatal when it cannot be opened. The lock has to
+  /// live as long as the original.
+  static Original opened(Lock& lock, const char* path, Lock::Kind kind = Lock::Kind::alone);
 
-  /// Looks at a file that is to be replaced but not read. It may be missing; after any other error it is not, and has
-  /// no descriptor.
-  static Original replaced(const Lock& lock, const char* path);
+  /// Looks at a file that is to be replaced but not read, and locks it if it can be opened. It may be missing, or a
+  /// link that leads nowhere. After any other error it has no descriptor.
+  static Original replaced(Lock& lock, const char* path);
 
   [[nodiscard]] const char* path() const { return path_; }
   [[nodiscard]] bool missing() const { return missing_; }
@@ -32,26 +33,27 @@ class Original {
   /// Returns a stream that reads the opened file, once. Null, with errno set, on error.
   [[nodiscard]] std::FILE* stream();
 
+  [[nodiscard]] Lock& lock() const { return *lock_; }
+
   /// Its directory, and the names there of the file and of one whose path begins like the file's: for calls such as
   /// openat(2).
   [[nodiscard]] int directory() const { return directory_; }
   [[nodiscard]] const char* name() const { return path_ + prefix_; }
   [[nodiscard]] const char* nameof(const Text& sibling) const { return sibling.c_str() + prefix_; }
 
-  /// True if that is another name of this file.
-  [[nodiscard]] bool is(const struct stat& status) const { return identity(status) == identity(status_); }
-
-  /// True if the name, symbolic links followed, stands for another file than this one.
-  [[nodiscard]] bool standsforanother(const char* name) const;
+  /// True if that is the status of this file.
+  [[nodiscard]] bool is(const struct stat& status) const;
 
   /// True if the name, symbolic links followed, stands for this file; of a missing file, if it stands for none.
   [[nodiscard]] bool stands(const char* name) const;
 
  private:
-  Original(const Lock& lock, const char* path);
+  Original(Lock& lock, const char* path);
   static Original notregular(Original original);
+  [[nodiscard]] bool lockedin(Lock::Kind kind);
   [[nodiscard]] Descriptor open(int flags) const;
 
+  Lock* lock_;
   const char* path_;
   int directory_;
   std::size_t prefix_;  // length of what stands before the name in the path

@@ -6,7 +6,6 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "document/lock.h"
 #include "document/messages.h"
 
 namespace tolvane {
@@ -24,7 +23,7 @@ struct Watch {
 };
 
 inline constexpr Watch nobody{
-    openshared,
+    [](const char* path) { return std::fopen(path, "re"); },
     [] {},
     [](std::string_view /*version*/, std::string_view /*phrase*/) {},
     say,

@@ -34,14 +34,14 @@ void join(Line* systemlast) {
 
 Text legacyversion() { return getfield(getvalue("[ConfigFile]", "FileType"), 2, ' '); }
 
-void convertpair(const char* systempath, const char* networkpath) {
-  load(systempath);
+void convertpair(const char* systempath, const char* networkpath, const Load& loadfile) {
+  loadfile(systempath);
   const Text systemversion = versionof("Configuration", "Invalid system configuration file type");
   convertsystem(systemversion);
   systemstart = std::exchange(start, nullptr);
   Line* const systemlast = std::exchange(last, nullptr);
 
-  load(networkpath);
+  loadfile(networkpath);
   convertnetwork(versionof("Network", "Invalid network configuration file type"));
   watch.part({}, "section that describes the network file");
   delsection("[ConfigFile]");
@@ -55,8 +55,11 @@ void convertpair(const char* systempath, const char* networkpath) {
 }
 
 int merge(const char* path, const char* systempath, const char* networkpath) {
-  const Lock lock{path, systempath, networkpath};
-  convertpair(systempath, networkpath);
+  Lock lock{path, systempath, networkpath};
+  convertpair(systempath, networkpath, [&lock](const char* name) {
+    Original file = Original::opened(lock, name, Lock::Kind::shared);
+    load(file);
+  });
   output(Original::replaced(lock, path));
   return 1;
 }

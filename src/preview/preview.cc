@@ -11,7 +11,7 @@
 #include "commands/update.h"
 #include "document/ends.h"
 #include "document/entries.h"
-#include "document/outputfile.h"
+#include "document/replace.h"
 #include "document/watch.h"
 #include "ladder/ladder.h"
 #include "ladder/platformrecord.h"
@@ -108,7 +108,7 @@ class Watching {
 /// Converts in memory. False when nothing would be written.
 bool convertfor(const Request& request, Text& backupsuffix) {
   if (!request.merge()) return convert(request.path, backupsuffix);
-  convertpair(request.path, request.networkpath);
+  convertpair(request.path, request.networkpath, [](const char* path) { load(path); });
   return true;
 }
 

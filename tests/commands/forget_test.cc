@@ -25,7 +25,8 @@ TEST_F(Forget, LeavesNoLinesAndNoPairs) {
 TEST_F(Forget, LeavesNoLinesThatAMergeKeptAside) {
   write(folder / "s", "[ConfigFile]\nFileType=Configuration 4.0\n");
   write(folder / "n", "[A]\n");
-  EXPECT_THROW(convertpair((folder / "s").c_str(), (folder / "n").c_str()), Fatal);
+  EXPECT_THROW(convertpair((folder / "s").c_str(), (folder / "n").c_str(), [](const char* path) { load(path); }),
+               Fatal);
   EXPECT_NE(systemstart, nullptr);
   forget();
   EXPECT_EQ(systemstart, nullptr);

@@ -34,7 +34,7 @@ class LineStore : public StoreTest {
   /// Lets an operation work on a file.
   template <typename Operation>
   static void on(const std::string& path, const Operation& operation) {
-    const Lock lock{path.c_str()};
+    Lock lock{path.c_str()};
     operation(Original::replaced(lock, path.c_str()));
   }
 

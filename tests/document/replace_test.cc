@@ -1,4 +1,4 @@
-#include "document/outputfile.h"
+#include "document/replace.h"
 
 #include <fcntl.h>
 #include <grp.h>
@@ -13,6 +13,7 @@
 #include <functional>
 
 #include "document/ends.h"
+#include "document/overwrite.h"
 #include "tests/support/accesslist.h"
 #include "tests/support/program.h"
 
@@ -30,7 +31,7 @@ class OutputFile : public ProgramTest {
   [[nodiscard]] std::string replaced(std::string_view text) const {
     try {
       const std::string name = path();
-      const Lock lock{name.c_str()};
+      Lock lock{name.c_str()};
       replace(Original::replaced(lock, name.c_str()), text);
     } catch (const Fatal& end) {
       return end.message;
@@ -42,7 +43,7 @@ class OutputFile : public ProgramTest {
   [[nodiscard]] std::string overwritten(std::string_view text) const { return overwritten(path(), text); }
   [[nodiscard]] static std::string overwritten(const std::string& path, std::string_view text) {
     try {
-      const Lock lock{path.c_str()};
+      Lock lock{path.c_str()};
       overwrite(Original::opened(lock, path.c_str()), text);
     } catch (const Fatal& end) {
       return end.message;
@@ -253,7 +254,7 @@ TEST_F(OutputFile, IsRemovedWhenItCannotBeWrittenWhole) {
 TEST_F(OutputFile, DoesNotReplaceAnotherFileThanTheOriginal) {
   const std::string name = path();
   const std::string refused = "Cannot open file " + name + " for output.";
-  const Lock lock{name.c_str()};
+  Lock lock{name.c_str()};
   write(folder / "a", "old\n");
   const Original original = Original::opened(lock, name.c_str());
   const Original looked = Original::replaced(lock, name.c_str());
@@ -277,7 +278,7 @@ TEST_F(OutputFile, DoesNotReplaceAnotherFileThanTheOriginal) {
 
 TEST_F(OutputFile, DoesNotComeBackInThePlaceOfAnOriginalThatIsGone) {
   const std::string name = path();
-  const Lock lock{name.c_str()};
+  Lock lock{name.c_str()};
   write(folder / "a", "old\n");
   const Original original = Original::opened(lock, name.c_str());
   fs::remove(folder / "a");
@@ -289,7 +290,7 @@ TEST_F(OutputFile, DoesNotComeBackInThePlaceOfAnOriginalThatIsGone) {
 
 TEST_F(OutputFile, DoesNotReplaceAFileThatWasMissing) {
   const std::string name = path();
-  const Lock lock{name.c_str()};
+  Lock lock{name.c_str()};
   const Original original = Original::replaced(lock, name.c_str());
   ASSERT_TRUE(original.missing());
   write(folder / "a", "other\n");
@@ -303,7 +304,7 @@ TEST_F(OutputFile, GoesIntoTheDirectoryOfTheOriginalWhateverItsPathStandsForByNo
   fs::create_directory(folder / "real");
   write(folder / "real" / "a", "old\n");
   const std::string name = folder / "real" / "a";
-  const Lock lock{name.c_str()};
+  Lock lock{name.c_str()};
   const Original original = Original::opened(lock, name.c_str());
   fs::rename(folder / "real", folder / "moved");
   fs::create_directory(folder / "real");
@@ -323,7 +324,7 @@ TEST_F(OutputFile, KeepsTheOriginalItselfAsTheBackup) {
   write(folder / "a", "old\n");
   write(folder / "a_1", "older\n");
   const ino_t inode = statusof("a").st_ino;
-  const Lock lock{name.c_str()};
+  Lock lock{name.c_str()};
   replacekeeping(Original::opened(lock, name.c_str()), "1", "new\n");
   EXPECT_EQ(filesin(folder), (Files{
                                  {"a",   "new\n"},

@@ -1,0 +1,87 @@
+#include "document/overwrite.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string>
+#include <utility>
+
+#include "document/ends.h"
+#include "document/uninterrupted.h"
+#include "document/written.h"
+
+namespace tolvane {
+
+namespace {
+
+/// Reads what is left of a file, of about that many bytes.
+bool readall(int file, std::size_t size, std::string& contents) {
+  contents.resize(size + 1);  // one more, so that its end is seen without growing
+  std::size_t length = 0;
+  while (true) {
+    const ssize_t count = read(file, &contents[length], contents.size() - length);
+    if (count == 0) break;
+    if (count < 0 && errno != EINTR) return false;
+    if (count > 0) length += static_cast<std::size_t>(count);
+    if (length == contents.size()) contents.resize(2 * length);
+  }
+  contents.resize(length);
+  return true;
+}
+
+/// Whether this process may write a file of that many bytes. Reserving room does not ask.
+bool allowed(std::size_t size) {
+  rlimit limit = {};
+  return getrlimit(RLIMIT_FSIZE, &limit) != 0 || size <= limit.rlim_cur;
+}
+
+/// Reserves the room for that many bytes; the file stays as long as it is. Where nothing can be reserved, true.
+bool reserve(int file, std::size_t size) {
+  while (fallocate(file, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size)) != 0) {
+    if (errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP) return true;
+    if (errno != EINTR) return false;
+  }
+  return true;
+}
+
+/// Makes the contents those of a regular file.
+bool rewrite(int file, std::string_view contents) {
+  return lseek(file, 0, SEEK_SET) == 0 && writeall(file, contents) &&
+         ftruncate(file, static_cast<off_t>(contents.size())) == 0 && sync(file);
+}
+
+bool overwriteregular(int file, std::size_t size, std::string_view contents) {
+  std::string old;
+  if (!readall(file, size, old)) return false;
+  const Uninterrupted here;
+  if (!allowed(contents.size()) || !reserve(file, contents.size())) return false;
+  if (rewrite(file, contents)) return true;
+  (void)rewrite(file, old);
+  return false;
+}
+
+/// Opens the original to write over it, and a regular file also to read it: a pipe opened for both would wait for no
+/// reader. No descriptor if it cannot be opened, or is another file by now.
+Descriptor openover(const Original& original, struct stat& status) {
+  const int flags = (original.regular() ? O_RDWR : O_WRONLY) | O_CLOEXEC;
+  Descriptor file{openat(original.directory(), original.name(), flags)};
+  const bool same = file.open() && fstat(file.number(), &status) == 0 && original.is(status);
+  return same ? std::move(file) : Descriptor{};
+}
+
+}  // namespace
+
+void overwrite(const Original& original, std::string_view contents) {
+  struct stat status = {};
+  Descriptor file = openover(original, status);
+  if (!file.open()) throw cannotopen(original.path());
+  bool written = original.regular()
+                     ? overwriteregular(file.number(), static_cast<std::size_t>(status.st_size), contents)
+                     : writeall(file.number(), contents) && sync(file.number());
+  written = file.close() && written;
+  if (!written) throw cannotwrite();
+}
+
+}  // namespace tolvane

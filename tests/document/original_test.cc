@@ -1,0 +1,117 @@
+#include "document/original.h"
+
+#include <fcntl.h>
+
+#include <future>
+#include <thread>
+
+#include "document/ends.h"
+#include "tests/support/locker.h"
+#include "tests/support/program.h"
+
+namespace tolvane::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class Originals : public ProgramTest {
+ protected:
+  [[nodiscard]] std::string path(const char* name = "a") const { return folder / name; }
+
+  /// Everything that its stream gives.
+  [[nodiscard]] static std::string read(Original& original) {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream{original.stream(), std::fclose};
+    EXPECT_NE(stream, nullptr);
+    std::string text(100, '\0');
+    text.resize(std::fread(text.data(), 1, text.size(), stream.get()));
+    return text;
+  }
+};
+
+TEST_F(Originals, AreReadFromWhatWasOpened) {
+  write(path(), "old\n");
+  const std::string name = path();
+  Lock lock{name.c_str()};
+  Original original = Original::opened(lock, name.c_str());
+  fs::rename(path(), path("other"));
+  write(path(), "new\n");
+  EXPECT_EQ(read(original), "old\n");
+  EXPECT_FALSE(original.stands("a"));
+  EXPECT_TRUE(original.stands("other"));
+  EXPECT_FALSE(original.stands("missing"));
+}
+
+// Another run can replace the file without the lock of this directory: by another name of it, or below the same
+// wrapper.
+TEST_F(Originals, ThatAreReplacedBeforeTheyAreLockedAreOpenedAgain) {
+  write(path(), "old\n");
+  write(path("next"), "new\n");
+  Locker other{path(), LOCK_EX, [this] { fs::rename(path("next"), path()); }};
+  const std::string name = path();
+  Lock lock{name.c_str()};
+  testing::internal::CaptureStderr();
+  auto later = std::async(std::launch::async, [&other] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    other.release();
+  });
+  Original original = Original::opened(lock, name.c_str());
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "tolvane: waiting for another run, which has locked " + name + "\n");
+  EXPECT_EQ(read(original), "new\n");
+  EXPECT_TRUE(original.stands("a"));
+}
+
+TEST_F(Originals, ThatCannotBeOpenedAreFatal) {
+  const std::string name = path("missing/a");
+  Lock lock{name.c_str()};
+  try {
+    (void)Original::opened(lock, name.c_str());
+    FAIL() << "a missing file was opened";
+  } catch (const Fatal& end) {
+    EXPECT_EQ(end.message, "Cannot open file " + name + " for input.");
+  }
+}
+
+TEST_F(Originals, ThatAreOnlyLookedAtMayBeMissing) {
+  const std::string name = path();
+  Lock lock{name.c_str()};
+  EXPECT_TRUE(Original::replaced(lock, name.c_str()).missing());
+  write(path(), "");
+  const Original there = Original::replaced(lock, name.c_str());
+  EXPECT_FALSE(there.missing());
+  EXPECT_TRUE(there.regular());
+  EXPECT_GE(there.file(), 0);
+}
+
+TEST_F(Originals, ThatCannotBeLookedAtAreNotMissing) {
+  fs::create_symlink("a", path());
+  const std::string name = path();
+  Lock lock{name.c_str()};
+  const Original loop = Original::replaced(lock, name.c_str());
+  EXPECT_FALSE(loop.missing());
+  EXPECT_EQ(loop.file(), -1);
+  EXPECT_FALSE(loop.stands("a"));
+}
+
+TEST_F(Originals, HaveTheirNamesInTheirDirectory) {
+  fs::create_directory(folder / "d");
+  write(folder / "d" / "a", "");
+  const std::string name = path("d/a");
+  Lock lock{name.c_str()};
+  const Original original = Original::opened(lock, name.c_str());
+  EXPECT_STREQ(original.name(), "a");
+  EXPECT_STREQ(original.nameof(Text(name, "_tmp")), "a_tmp");
+  EXPECT_EQ(original.directory(), lock.directory(name.c_str()));
+
+  const std::string nameless = path("d/");
+  Lock other{nameless.c_str()};
+  const Original directory = Original::opened(other, nameless.c_str());
+  EXPECT_STREQ(directory.name(), nameless.c_str()) << "looked up as it stands";
+  EXPECT_EQ(directory.directory(), AT_FDCWD);
+  EXPECT_FALSE(directory.regular());
+}
+
+}  // namespace
+
+}  // namespace tolvane::test

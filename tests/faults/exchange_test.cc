@@ -1,0 +1,174 @@
+// An ordinary user who exchanges the file for another one, again and again, while root runs a command in a directory
+// that he may write.
+#include <fcntl.h>
+#include <grp.h>
+#include <linux/fs.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+
+#include "tests/support/program.h"
+
+namespace tolvane::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr unsigned attacker = 65534;
+
+const std::string secret = "password=of-the-database";
+const std::string head = "[ConfigFile]\nVersion=5.44\n\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.44\n";
+
+/// A file of the same contents but for its last line.
+std::string textof(const std::string& line) { return head + line + "\n"; }
+
+class Exchange : public ProgramTest {
+ protected:
+  void SetUp() override {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the attack is on the release program";
+#endif
+    if (geteuid() != 0) GTEST_SKIP() << "only root becomes somebody else";
+    fs::permissions(folder, fs::perms{0777});
+    child_ = fork();
+    if (child_ == 0) attack();
+  }
+
+  ~Exchange() override {
+    if (child_ <= 0) return;
+    (void)kill(child_, SIGKILL);
+    (void)waitpid(child_, nullptr, 0);
+  }
+
+  /// The file "a" is root's alone and holds the secret, "b" is the attacker's and open to all.
+  void prepare() const {
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) fs::remove_all(entry.path());
+    create("hidden-a", textof(secret), 0, 0600);
+    create("hidden-b", textof("mine=1"), attacker, 0666);
+    fs::rename(folder / "hidden-b", folder / "b");
+    fs::rename(folder / "hidden-a", folder / "a");
+  }
+
+  /// Runs the command that many times; how often the attacker can read the secret, or a file of his got it.
+  [[nodiscard]] int leaks(const std::vector<std::string>& words, int times) const {
+    int count = 0;
+    for (int round = 0; round < times; ++round) {
+      prepare();
+      (void)run(words);
+      for (const Found& file : found()) count += leaked(file) ? 1 : 0;
+    }
+    RecordProperty("rounds", times);
+    return count;
+  }
+
+  static constexpr int rounds = 60;
+
+  void create(const char* name, const std::string& text, unsigned owner, unsigned mode) const {
+    const int file = open((folder / name).c_str(), O_WRONLY | O_CREAT | O_EXCL, 0600);
+    ASSERT_GE(file, 0);
+    ASSERT_EQ(::write(file, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    ASSERT_EQ(fchown(file, owner, owner), 0);
+    ASSERT_EQ(fchmod(file, mode), 0);
+    (void)close(file);
+  }
+
+  /// A file of the directory, opened once: under its name another one may stand a moment later.
+  struct Found {
+    struct stat status = {};
+    std::string text;
+  };
+
+  [[nodiscard]] std::vector<Found> found() const {
+    std::vector<Found> all;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+      const int file = open(entry.path().c_str(), O_RDONLY | O_CLOEXEC);
+      if (file < 0) continue;  // renamed at this moment
+      Found one;
+      one.text.resize(10000);
+      EXPECT_EQ(fstat(file, &one.status), 0);
+      const ssize_t size = ::read(file, one.text.data(), one.text.size());
+      one.text.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+      (void)close(file);
+      all.push_back(one);
+    }
+    return all;
+  }
+
+  /// True if the attacker can read the secret in the file.
+  [[nodiscard]] static bool leaked(const Found& file) {
+    const bool open = file.status.st_uid == attacker || (file.status.st_mode & 0004U) != 0;
+    return open && file.text.find(secret) != std::string::npos;
+  }
+
+ private:
+  /// Exchanges the two files until it is killed.
+  [[noreturn]] void attack() const {
+    const std::string one = folder / "a";
+    const std::string two = folder / "b";
+    if (setgroups(0, nullptr) != 0 || setgid(attacker) != 0 || setuid(attacker) != 0) _exit(1);
+    while (true) (void)renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, two.c_str(), RENAME_EXCHANGE);
+  }
+
+  pid_t child_ = -1;
+};
+
+TEST_F(Exchange, OfTheFileOfUpdateGivesNothingAway) { EXPECT_EQ(leaks({"update", "a"}, rounds), 0); }
+
+TEST_F(Exchange, OfTheFileOfFdbmsGivesNothingAway) { EXPECT_EQ(leaks({"fdbms", "a"}, rounds), 0); }
+
+TEST_F(Exchange, OfTheFileOfSetparameterGivesNothingAway) {
+  EXPECT_EQ(leaks({"setparameter", "a", "[config]", "k", "1"}, rounds), 0);
+}
+
+/// What `merge` writes belongs to the owner of the file that it replaces, with that file's mode: of one file, not of
+/// two.
+class ExchangeForMerge : public Exchange {
+ protected:
+  [[nodiscard]] int mixed(int times) const {
+    int count = 0;
+    const std::string legacy = folder.string() + ".legacy";
+    fs::create_directory(legacy);
+    write(legacy + "/s", "[ConfigFile]\nFileType=Configuration 5.44\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX\n");
+    write(legacy + "/n", "[ConfigFile]\nFileType=Network\n");
+    for (int round = 0; round < times; ++round) {
+      prepare();
+      (void)run({"merge", "a", legacy + "/s", legacy + "/n"});
+      for (const Found& file : found()) count += ismixed(file.status) ? 1 : 0;
+    }
+    fs::remove_all(legacy);
+    RecordProperty("rounds", times);
+    return count;
+  }
+
+ private:
+  [[nodiscard]] static bool ismixed(const struct stat& status) {
+    const unsigned mode = status.st_mode & 07777U;
+    return !(status.st_uid == 0 && mode == 0600) && !(status.st_uid == attacker && mode == 0666);
+  }
+};
+
+TEST_F(ExchangeForMerge, MixesNoOwnerWithTheModeOfAnotherFile) { EXPECT_EQ(mixed(rounds), 0); }
+
+/// A thousand rounds each.
+class HeavyExchange : public ExchangeForMerge {
+ protected:
+  static constexpr int manyrounds = 1000;
+};
+
+TEST_F(HeavyExchange, OfTheFileOfUpdateGivesNothingAway) { EXPECT_EQ(leaks({"update", "a"}, manyrounds), 0); }
+
+TEST_F(HeavyExchange, OfTheFileOfFdbmsGivesNothingAway) { EXPECT_EQ(leaks({"fdbms", "a"}, manyrounds), 0); }
+
+TEST_F(HeavyExchange, OfTheFileOfSetparameterGivesNothingAway) {
+  EXPECT_EQ(leaks({"setparameter", "a", "[config]", "k", "1"}, manyrounds), 0);
+}
+
+TEST_F(HeavyExchange, OfTheFileOfMergeMixesNothing) { EXPECT_EQ(mixed(manyrounds), 0); }
+
+}  // namespace
+
+}  // namespace tolvane::test
