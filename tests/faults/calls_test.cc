@@ -367,6 +367,27 @@ TEST_F(OtherFaults, OfAttributesThatMayNotBeSetAreNone) {
   }
 }
 
+TEST_F(OtherFaults, OfGivingAFileAwayAreToldUnlessThatIsNotPermitted) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizers bear no tracer";
+#endif
+  const std::string old = "[ConfigFile]\nVersion=5.44\n\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.44\n";
+  for (const char* error : {"EDQUOT", "EIO", "ENOSPC", "EINVAL", "EPERM"}) {
+    const std::vector<std::string> strace{"/usr/bin/strace", "-qq", "-o", "/dev/null",
+                                          std::string("--inject=fchown:error=") + error};
+    write(folder / "a", old);
+    fs::permissions(folder / "a", fs::perms{0664});
+    const bool permitted = std::string_view(error) != "EPERM";
+    EXPECT_EQ(runby(strace, {"update", "a"}),
+              permitted ? (Outcome{0, "Error writing output file\n"}) : (Outcome{1, ""}))
+        << error;
+    EXPECT_EQ(contents(folder / "a") == old, permitted) << error;
+    const fs::perms mode = fs::status(folder / "a").permissions();
+    EXPECT_EQ(mode, permitted ? fs::perms{0664} : fs::perms{0644}) << error;
+    EXPECT_FALSE(fs::exists(folder / "a_tmp")) << error;
+  }
+}
+
 TEST_F(OtherFaults, KilledBeforeTheModeIsSetItIsOpenToNoOtherGroup) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the sanitizers bear no tracer";

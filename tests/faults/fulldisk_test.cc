@@ -1,13 +1,9 @@
 // A file system that is really full, and a limit on the size of files, which everybody can have.
-#include <sched.h>
-#include <sys/mount.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
 #include <fstream>
-#include <utility>
 
+#include "tests/support/mounts.h"
 #include "tests/support/scenarios.h"
 
 namespace tolvane::test {
@@ -16,23 +12,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A file system of this process's own on a folder, as long as it lives. Even if the process is killed nobody else has
-/// seen it.
-class SmallDisk {
+/// A small file system of this process's own on a folder.
+class SmallDisk : public Mount {
  public:
-  explicit SmallDisk(fs::path folder) : folder_(std::move(folder)) {
-    mounted_ = unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-               mount("none", folder_.c_str(), "tmpfs", 0, "size=1m") == 0;
-    if (!mounted_) reason_ = std::strerror(errno);
-  }
-  SmallDisk(const SmallDisk&) = delete;
-  SmallDisk& operator=(const SmallDisk&) = delete;
-  ~SmallDisk() {
-    if (mounted_) umount2(folder_.c_str(), MNT_DETACH);
-  }
-
-  [[nodiscard]] bool mounted() const { return mounted_; }
-  [[nodiscard]] const std::string& reason() const { return reason_; }
+  explicit SmallDisk(const fs::path& folder) : Mount("none", folder, "tmpfs", 0, "size=1m"), folder_(folder) {}
 
   /// Takes all of its room but that many bytes.
   void fill(std::uintmax_t left) const {
@@ -51,8 +34,6 @@ class SmallDisk {
   [[nodiscard]] fs::path filler() const { return folder_ / "filler"; }
 
   fs::path folder_;
-  bool mounted_ = false;
-  std::string reason_;
 };
 
 std::string repeated(std::string_view text, int times) {

@@ -91,6 +91,43 @@ TEST_P(MemoryFaults, LeakNothing) {
   expectnoleak(count);
 }
 
+/// Runs within limits of the shell's `ulimit`.
+class MemoryLimits : public ScenarioTest {
+ protected:
+  [[nodiscard]] Outcome runwithin(const std::string& limit) const {
+    prepare();
+    return ScenarioTest::runwithin(limit, GetParam().words);
+  }
+};
+
+// Below the first size the loader cannot load the program.
+TEST_P(MemoryLimits, OfAddressSpaceAreReportedWithTheFilesUntouched) {
+  int size = 2000;
+  while (ScenarioTest::runwithin("-v " + std::to_string(size), {"install", "a"}).status != 1)
+    ASSERT_LT(size += 8, 4000);
+  EXPECT_LT(size, 3000);
+  int refused = 0;
+  for (Outcome outcome{0, ""}; outcome.status == 0; size += 8) {
+    ASSERT_LT(size, 5000);
+    outcome = runwithin("-v " + std::to_string(size));
+    if (outcome.status == 1) {
+      EXPECT_EQ(filesin(folder), after()) << size;
+      continue;
+    }
+    EXPECT_EQ(outcome, (Outcome{0, "Insufficient memory\n"})) << size;
+    EXPECT_EQ(filesin(folder), GetParam().before) << size;
+    ++refused;
+  }
+  EXPECT_GT(refused, 10);
+}
+
+TEST_P(MemoryLimits, OfTheStackAreNone) {
+  EXPECT_EQ(runwithin("-s 32"), (Outcome{1, ""}));
+  EXPECT_EQ(filesin(folder), after());
+}
+
+INSTANTIATE_TEST_SUITE_P(Command, MemoryLimits, testing::ValuesIn(scenarios()), nameof);
+
 INSTANTIATE_TEST_SUITE_P(Command, MemoryFaults, testing::ValuesIn(withexamples()), nameof);
 
 /// Minutes long.

@@ -167,6 +167,28 @@ TEST_F(Merge, TakesOneFileForAllThree) {
   }));
 }
 
+TEST_F(Merge, ReplacesAnInputThatIsItsTarget) {
+  const std::string result = "[ConfigFile]\nVersion=5.45\n\n" + overview;
+  for (const char* target : {"config.def", "network.def"}) {
+    write(folder / "config.def", "[ConfigFile]\nFileType=Configuration\n" + overview);
+    write(folder / "network.def", "[ConfigFile]\nFileType=Network\n");
+    Files expected = filesin(folder);
+    expected[target] = result;
+    EXPECT_EQ(run({"merge", target, "config.def", "network.def"}), (Outcome{1, ""})) << target;
+    EXPECT_EQ(filesin(folder), expected) << target;
+  }
+}
+
+TEST_F(Merge, TakesItsFilesFromAnyDirectories) {
+  for (const char* name : {"one", "two", "three"}) std::filesystem::create_directory(folder / name);
+  write(folder / "two" / "s", "[ConfigFile]\nFileType=Configuration\n" + overview);
+  write(folder / "three" / "n", "[ConfigFile]\nFileType=Network\n");
+  EXPECT_EQ(run({"merge", "one/a", "two/s", "three/n"}), (Outcome{1, ""}));
+  EXPECT_EQ(filesin(folder / "one"), (Files{
+                                         {"a", "[ConfigFile]\nVersion=5.45\n\n" + overview}
+  }));
+}
+
 }  // namespace
 
 }  // namespace tolvane::test
