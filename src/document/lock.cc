@@ -100,7 +100,7 @@ Lock::Lock(std::initializer_list<const char*> paths, std::chrono::milliseconds t
 }
 
 int Lock::directory(const char* path) const {
-  const auto found = std::find_if(directories_.begin(), directories_.end(), [=](const Directory& directory) {
+  const auto* const found = std::find_if(directories_.begin(), directories_.end(), [=](const Directory& directory) {
     return directory.file.open() && directory.path == directoryof(path);
   });
   return found == directories_.end() ? AT_FDCWD : found->file.number();

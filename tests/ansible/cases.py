@@ -275,7 +275,9 @@ def what_tolvane_did_is_read_off_the_files_and_not_off_its_status(plays):
         check((host, result["msg"]), (host, message.replace("PATH", path)))
         check((host, result["failed"], result["changed"]), (host, True, changed))
         check((host, fact(plays.lied, host)), (host, {path: path + "_544"} if kept else {}))
-    check(plays.lied.item("honest", UPGRADE)["changed"], True)
+    for host in ("honest", "waiting"):
+        check((host, plays.lied.item(host, UPGRADE)["changed"]), (host, True))
+        assert not plays.lied.item(host, UPGRADE).get("failed"), host
 
 
 @case

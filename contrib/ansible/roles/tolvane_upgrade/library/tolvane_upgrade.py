@@ -119,6 +119,7 @@ from ansible.module_utils.common.text.converters import to_bytes, to_text
 OUTCOMES = {0: "unchanged", 1: "changed", 2: "trouble"}  # of tolvane-preview, by its exit status
 RAN = 1  # the exit status of a `tolvane update` that ran
 FOREIGN = "Warning: Cannot upgrade from "
+WAITING = b"tolvane: waiting for another run, "
 HUNK = re.compile(rb"@@ -(\d+)(?:,(\d+))? \+\d+(?:,\d+)? @@")
 
 
@@ -288,9 +289,15 @@ def ending(status, out, complaint):
     return "; ".join(said) or "tolvane ended with status %d and said nothing" % status
 
 
+def withoutwaiting(complaint):
+    """Standard error without the line that says that the run has waited for another one."""
+    return b"".join(line for line in lines(complaint) if not line.startswith(WAITING))
+
+
 def convert(module, path, preview, before, after, result):
     """Runs `tolvane update` and compares what is there afterwards, whatever the exit status was."""
     status, out, complaint = run(module, module.params["program"], "update", path)
+    complaint = withoutwaiting(complaint)
     now, why = contentorwhy(path)
     backup = preview["backup"]["name"]
     kept = contentorwhy(backup)[0] == before
