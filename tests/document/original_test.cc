@@ -84,14 +84,26 @@ TEST_F(Originals, ThatAreOnlyLookedAtMayBeMissing) {
   EXPECT_GE(there.file(), 0);
 }
 
+TEST_F(Originals, ThatAreLinksThatLeadNowhereAreMissing) {
+  write(path("file"), "");
+  for (const char* target : {"missing", "a", "file/below"}) {
+    fs::create_symlink(target, path());
+    const std::string name = path();
+    Lock lock{name.c_str()};
+    const Original link = Original::replaced(lock, name.c_str());
+    EXPECT_TRUE(link.missing()) << target;
+    EXPECT_TRUE(link.stands("a")) << target;
+    fs::remove(path());
+  }
+}
+
 TEST_F(Originals, ThatCannotBeLookedAtAreNotMissing) {
-  fs::create_symlink("a", path());
-  const std::string name = path();
+  const std::string name = path(std::string(300, 'a').c_str());
   Lock lock{name.c_str()};
-  const Original loop = Original::replaced(lock, name.c_str());
-  EXPECT_FALSE(loop.missing());
-  EXPECT_EQ(loop.file(), -1);
-  EXPECT_FALSE(loop.stands("a"));
+  const Original unknown = Original::replaced(lock, name.c_str());
+  EXPECT_FALSE(unknown.missing());
+  EXPECT_EQ(unknown.file(), -1);
+  EXPECT_FALSE(unknown.stands(unknown.name()));
 }
 
 TEST_F(Originals, HaveTheirNamesInTheirDirectory) {

@@ -179,6 +179,18 @@ TEST_F(Merge, ReplacesAnInputThatIsItsTarget) {
   }
 }
 
+TEST_F(Merge, ReplacesALinkThatLeadsNowhere) {
+  for (const char* target : {"missing", "a.qpx", "config.def/below"}) {
+    std::filesystem::remove(folder / "a.qpx");
+    std::filesystem::create_symlink(target, folder / "a.qpx");
+    EXPECT_EQ(merge("[ConfigFile]\nFileType=Configuration\n" + overview, "[ConfigFile]\nFileType=Network\n"),
+              (Outcome{1, ""}))
+        << target;
+    EXPECT_EQ(filesin(folder).at("a.qpx"), "[ConfigFile]\nVersion=5.45\n\n" + overview) << target;
+    EXPECT_FALSE(std::filesystem::is_symlink(folder / "a.qpx")) << target;
+  }
+}
+
 TEST_F(Merge, TakesItsFilesFromAnyDirectories) {
   for (const char* name : {"one", "two", "three"}) std::filesystem::create_directory(folder / name);
   write(folder / "two" / "s", "[ConfigFile]\nFileType=Configuration\n" + overview);
