@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::string_view acl = "system.posix_acl_access";
 
-/// The name under which a file that is open with O_PATH can be reached: calls on its descriptor are refused.
+/// A path to an open file, for one that is open with O_PATH: calls on its descriptor fail with EBADF.
 std::string pathof(int file) { return "/proc/self/fd/" + std::to_string(file); }
 
 ssize_t list(int file, char* names, std::size_t size) {
@@ -29,26 +29,28 @@ ssize_t get(int file, const char* name, char* value, std::size_t size) {
   return length < 0 && errno == EBADF ? getxattr(pathof(file).c_str(), name, value, size) : length;
 }
 
-/// True if the error says that the caller may not read or set an extended attribute, and not that something failed.
-bool notpermitted() {
+/// Returns true if an extended attribute can be left out: it is not permitted, not supported, or gone.
+bool skippable() {
   return errno == EPERM || errno == EACCES || errno == ENODATA || errno == ENOTSUP || errno == EINVAL;
 }
 
-/// Makes the text what a call writes into a buffer. The call also tells the size that it needs. Returns false on error.
+/// Fills the text by a call that writes into a buffer and, for none, returns the size that it needs. Returns false on
+/// error.
 template <typename Call>
 bool fill(std::string& text, const Call& call) {
   ssize_t length = 0;
   do {
     const ssize_t needed = call(nullptr, 0);
-    if (needed <= 0) return needed == 0;
+    if (needed < 0) return false;
     text.resize(static_cast<std::size_t>(needed));
+    if (needed == 0) return true;
     length = call(text.data(), text.size());
-  } while (length < 0 && errno == ERANGE);  // it has grown in between
+  } while (length < 0 && errno == ERANGE);  // it grew between the two calls
   text.resize(length < 0 ? 0 : static_cast<std::size_t>(length));
   return length >= 0;
 }
 
-/// Clears the mask of an ACL, which closes it to all but the owner and others; fchmod() restores the mask.
+/// Clears the ACL mask; fchmod() restores it.
 void clearmask(std::string& list) {
   posix_acl_xattr_entry entry;
   for (std::size_t begin = sizeof(posix_acl_xattr_header); begin + sizeof entry <= list.size(); begin += sizeof entry) {
@@ -58,12 +60,12 @@ void clearmask(std::string& list) {
   }
 }
 
-/// Reads an extended attribute. Returns false on an error that matters: without its ACL, the mode alone would let
-/// others in.
+/// Reads an extended attribute. Returns false if it is the ACL and cannot be read, or on an error that is not
+/// skippable. Without the ACL, the mode could give the group more rights than before.
 bool readattribute(int file, const char* name, std::vector<Attributes::Extended>& extended) {
   Attributes::Extended attribute{name, {}};
   if (!fill(attribute.value, [=](char* value, std::size_t size) { return get(file, name, value, size); })) {
-    return name != acl && notpermitted();
+    return name != acl && skippable();
   }
   if (name == acl) clearmask(attribute.value);
   extended.push_back(std::move(attribute));
@@ -79,22 +81,25 @@ bool readextended(int file, std::vector<Attributes::Extended>& extended) {
   return true;
 }
 
-/// Gives the file its owner and group. Where that is not permitted, narrows the mode to what the group that the file
-/// has instead may do. Returns false on any other error.
+/// Returns true if the caller may not set this owner or group: EINVAL is for one that its user namespace does not map.
+bool maynotown() { return errno == EPERM || errno == EINVAL; }
+
+/// Sets owner and group. If that is not permitted, limits the rights of the group in the mode to those of others.
+/// Returns false on any other error.
 bool setowner(int file, const Attributes& attributes, mode_t& mode) {
   if (fchown(file, attributes.owner, attributes.group) == 0) return true;
-  if (errno == EPERM && fchown(file, static_cast<uid_t>(-1), attributes.group) == 0) return true;
+  if (maynotown() && fchown(file, static_cast<uid_t>(-1), attributes.group) == 0) return true;
   mode = (mode & 0707) | ((mode & 07) << 3);
-  return errno == EPERM;
+  return maynotown();
 }
 
-/// Removes the ACL that a new file has from its directory.
+/// Removes the ACL that a new file inherits from its directory.
 bool removeacl(int file) { return fremovexattr(file, acl.data()) == 0 || errno == ENODATA || errno == ENOTSUP; }
 
 bool setattribute(int file, const Attributes::Extended& attribute) {
   const std::string& value = attribute.value;
   return fsetxattr(file, attribute.name.c_str(), value.data(), value.size(), 0) == 0 ||
-         (attribute.name != acl && notpermitted());
+         (attribute.name != acl && skippable());
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What a file has besides its contents: owner, group, mode and extended attributes, the ACL among them.
+// The metadata of a file: owner, group, mode and extended attributes, which include the ACL.
 #pragma once
 
 #include <sys/stat.h>
@@ -17,18 +17,18 @@ struct Attributes {
 
   uid_t owner;
   gid_t group;
-  mode_t mode;                     // permissions without the kind of the file
-  std::vector<Extended> extended;  // an ACL with its mask cleared: the mode has the mask, too
+  mode_t mode;                     // permission bits, without the file type
+  std::vector<Extended> extended;  // the ACL has its mask cleared; the mode includes the mask
 };
 
 /// Reads the attributes of an open file, which may be open with O_PATH. Leaves out extended attributes that the caller
-/// may not read. Returns nothing if the file system reports an error, or if there is an ACL that cannot be read.
+/// may not read. Returns std::nullopt if the file system reports an error or the ACL cannot be read.
 std::optional<Attributes> attributesof(int file);
 
-/// Gives an open file these attributes, and no others: not the ACL that its directory gave it. At no moment is the file
-/// open to more users than the attributes say. A file that cannot get its owner stays the caller's; one that cannot get
-/// its group either gives its own group no more rights than others have. Extended attributes that the caller may not
-/// set are left out. Returns false on any other error, and if the ACL cannot be set.
+/// Sets these attributes on an open file, and removes the ACL that it inherited from its directory. The file is never
+/// open to more users than the attributes allow. If the caller may not set the owner, the caller stays the owner. If
+/// the caller may not set the group either, the group gets only the rights of others. Leaves out extended attributes
+/// that the caller may not set. Returns false on any other error, and if the ACL cannot be set.
 bool setattributes(int file, const Attributes& attributes);
 
 }  // namespace tolvane

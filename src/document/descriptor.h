@@ -1,4 +1,4 @@
-// Open file descriptors that are closed when their owner goes, and the identity of a file.
+// An owned file descriptor, and the identity of a file.
 #pragma once
 
 #include <sys/stat.h>
@@ -8,6 +8,7 @@
 
 namespace tolvane {
 
+/// Owns a file descriptor and closes it on destruction.
 class Descriptor {
  public:
   Descriptor() = default;
@@ -22,20 +23,21 @@ class Descriptor {
   Descriptor& operator=(const Descriptor&) = delete;
   ~Descriptor() { (void)close(); }
 
-  [[nodiscard]] bool open() const { return number_ >= 0; }
+  [[nodiscard]] bool isopen() const { return number_ >= 0; }
+  /// Returns the descriptor, -1 if there is none.
   [[nodiscard]] int number() const { return number_; }
 
-  /// Leaves it open and to the caller.
+  /// Returns the descriptor and gives up ownership; -1 if there is none.
   int release() { return std::exchange(number_, -1); }
 
-  /// Returns false if the system reports an error of an earlier write. Does nothing without a descriptor.
+  /// Returns false on error. Does nothing without a descriptor.
   bool close() { return number_ < 0 || ::close(release()) == 0; }
 
  private:
   int number_ = -1;
 };
 
-/// What tells one file from every other, whatever names it has.
+/// Device and inode, which identify a file.
 inline std::pair<dev_t, ino_t> identity(const struct stat& status) { return {status.st_dev, status.st_ino}; }
 
 }  // namespace tolvane

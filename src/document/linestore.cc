@@ -97,7 +97,7 @@ void discard(Line* line) {
 void load(const char* path) { read(watch.open(path), path); }
 void load(Original& original) { read(original.stream(), original.path()); }
 void save(const Original& original) { overwrite(original, contents()); }
-void output(const Original& original) { replace(original, contents()); }
-void backup(const Original& original, std::string_view suffix) { replacekeeping(original, suffix, contents()); }
+void output(Original& original) { replace(original, contents()); }
+void backup(Original& original, std::string_view suffix) { replacekeeping(original, suffix, contents()); }
 
 }  // namespace tolvane

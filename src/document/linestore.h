@@ -40,11 +40,11 @@ std::string contents();
 void save(const Original& original);
 
 /// Replaces the file by the store. Fatal as `replace` is (replace.h), the file itself then being untouched.
-void output(const Original& original);
+void output(Original& original);
 
 /// The same, and keeps the old file under its name followed by "_" and the suffix, in place of an older backup. Fatal
 /// as `replacekeeping` is.
-void backup(const Original& original, std::string_view suffix);
+void backup(Original& original, std::string_view suffix);
 
 /// A new line that is not linked yet; its contents are undefined.
 Line* makeentry();

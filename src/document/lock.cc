@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <ctime>
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -23,29 +22,31 @@ using Clock = Lock::Clock;
 
 std::string directoryof(std::string_view path) {
   const std::size_t slash = path.rfind('/');
-  return std::string(slash == std::string_view::npos ? "." : path.substr(0, slash + 1));
+  return std::string(slash == std::string_view::npos ? "./" : path.substr(0, slash + 1));
 }
 
-/// True if the error says that there is no directory to lock, or none that may be read, and not that something failed.
+/// Returns true if the error says that the directory is missing or may not be read.
 bool unlockable(int error) {
   return error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG || error == EACCES ||
          error == EPERM;
 }
 
-/// Opens the directory of a file. Of one that may not be read only the names can be looked up.
+/// Opens the directory of a file. Opens a directory without read permission with O_PATH: openat(2) accepts that
+/// descriptor, flock(2) does not.
 Lock::Directory opendirectory(const char* path) {
   Lock::Directory directory;
   directory.path = directoryof(path);
   directory.file = Descriptor{open(directory.path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
-  if (!directory.file.open() && !unlockable(errno)) throw cannotopen(path);
-  if (!directory.file.open())
+  if (!directory.file.isopen() && !unlockable(errno)) throw cannotopen(path);
+  if (!directory.file.isopen())
     directory.file = Descriptor{open(directory.path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)};
   struct stat status = {};
+  directory.wanted = stat(path, &status) != 0 || S_ISREG(status.st_mode);
   if (fstat(directory.file.number(), &status) == 0) directory.identity = identity(status);
   return directory;
 }
 
-/// True if this very descriptor holds a lock of flock(2). Its lines in fdinfo (see proc(5)) say so.
+/// Returns true if this descriptor holds a flock(2) lock, according to its fdinfo (see proc(5)).
 bool holdslock(const char* number) {
   const std::string path = std::string("/proc/self/fdinfo/") + number;
   const std::unique_ptr<std::FILE, decltype([](std::FILE* file) { (void)std::fclose(file); })> file{
@@ -58,7 +59,7 @@ bool holdslock(const char* number) {
   return false;
 }
 
-/// True if a descriptor that this process was started with holds a lock on the file. Without /proc, false.
+/// Returns true if any descriptor of this process holds a lock on the file. Returns false without /proc.
 bool inherited(int file) {
   struct stat wanted = {};
   const std::unique_ptr<DIR, decltype([](DIR* open) { (void)closedir(open); })> descriptors{opendir("/proc/self/fd")};
@@ -71,14 +72,9 @@ bool inherited(int file) {
   return false;
 }
 
-void rest() {
-  constexpr timespec time{0, 5'000'000};
-  (void)nanosleep(&time, nullptr);
-}
-
-/// True if the error of flock(2) says that the file system knows no such locks, or that a rule of the system forbids
-/// them.
-bool withoutlocks(int error) {
+/// Returns true if the error of flock(2) says that the file cannot be locked: there is no descriptor, it is open with
+/// O_PATH, the file system does not support the lock, or a security policy forbids it.
+bool cannotlock(int error) {
   return error == EBADF || error == EINVAL || error == ENOLCK || error == ENOSYS || error == ENOTSUP ||
          error == EACCES || error == EPERM;
 }
@@ -88,37 +84,63 @@ bool withoutlocks(int error) {
 Lock::Lock(std::initializer_list<const char*> paths, std::chrono::milliseconds time)
     : path_(*paths.begin()), end_(Clock::now() + time) {
   std::transform(paths.begin(), paths.end(), directories_.begin(), opendirectory);
-  // Every run takes its locks in the same order, so that no two wait for each other.
-  const std::span<Directory> named{directories_.data(), paths.size()};
-  std::sort(named.begin(), named.end(),
-            [](const Directory& one, const Directory& other) { return one.identity < other.identity; });
-  for (const Directory* before = nullptr; const Directory& directory : named) {
-    const bool locked = before != nullptr && before->identity == directory.identity;
-    if (!locked) acquire(directory.file.number(), Kind::alone, directory.path.c_str());
-    before = &directory;
+  for (auto directory = directories_.begin(); directory != directories_.end(); ++directory) {
+    const auto same = [=](const Directory& other) { return other.wanted && other.identity == directory->identity; };
+    if (std::any_of(directories_.begin(), directory, same))
+      directory->wanted = false;  // a second lock would wait for us
   }
+  while (!takendirectories()) wait();
 }
 
 int Lock::directory(const char* path) const {
   const auto* const found = std::find_if(directories_.begin(), directories_.end(), [=](const Directory& directory) {
-    return directory.file.open() && directory.path == directoryof(path);
+    return directory.file.isopen() && directory.path == directoryof(path);
   });
   return found == directories_.end() ? AT_FDCWD : found->file.number();
 }
 
-void Lock::add(int file, const char* path, Kind kind) { acquire(file, kind, path); }
+bool Lock::add(int file, const char* path, Kind kind) {
+  if (taken(file, kind, path)) return true;
+  releasedirectories();
+  do {
+    wait();
+  } while (!takendirectories());
+  return false;
+}
 
-void Lock::acquire(int file, Kind kind, const char* name) {
-  const int operation = (kind == Kind::alone ? LOCK_EX : LOCK_SH) | LOCK_NB;
-  for (bool first = true; flock(file, operation) != 0; first = false) {
+/// Locks an open file if no other process holds the lock, or if this process has inherited it.
+bool Lock::taken(int file, Kind kind, const char* name) {
+  const int operation = (kind == Kind::exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB;
+  while (flock(file, operation) != 0) {
     if (errno == EINTR) continue;
-    if (withoutlocks(errno)) return;
-    if (errno != EWOULDBLOCK) throw cannotopen(path_);
-    if (first && inherited(file)) return;
-    if (!std::exchange(told_, true)) complain({"waiting for another run, which has locked ", name});
-    if (expired()) throw cannotopen(path_);
-    rest();
+    if (cannotlock(errno)) return true;
+    if (errno != EWOULDBLOCK) throw cannotopen(path_.c_str());
+    if (inherited(file)) return true;
+    if (!std::exchange(reported_, true)) complain({"waiting for the lock on ", name});
+    return false;
   }
+  return true;
+}
+
+/// Locks all directories, or none.
+bool Lock::takendirectories() {
+  for (const Directory& directory : directories_) {
+    if (!directory.wanted || taken(directory.file.number(), Kind::exclusive, directory.path.c_str())) continue;
+    releasedirectories();
+    return false;
+  }
+  return true;
+}
+
+void Lock::releasedirectories() {
+  for (const Directory& directory : directories_) (void)flock(directory.file.number(), LOCK_UN);
+}
+
+/// Waits for a moment.
+void Lock::wait() {
+  if (expired()) throw cannotopen(path_.c_str());
+  constexpr timespec moment{0, 5'000'000};
+  (void)nanosleep(&moment, nullptr);
 }
 
 }  // namespace tolvane

@@ -1,14 +1,15 @@
-// The lock that lets runs in the same directory, or on the same file, go one after the other.
+// The lock that makes runs on the same file, or in the same directory, take turns.
 //
-// A run locks the directories of all files that it names before it reads any of them: a directory stays the same file
-// while the files in it are replaced. It also locks each regular file that it works on, because a file can have names
-// in several directories. All of these are locks of flock(2): the kernel releases them when the process ends, however
-// it ends, and nothing stays behind. They bind only programs that ask for them. Where a file system knows no such
-// locks, a run goes on without them.
+// A run locks the directories of all files that it names before it reads any of them: a directory keeps its inode while
+// the files in it are replaced. A run also locks each regular file that it works on, because a file can have names in
+// several directories. All of these are flock(2) locks: the kernel releases them when the process ends, and nothing
+// stays behind. They bind only programs that ask for them. Where flock(2) is not supported, a run goes on without them.
 //
-// A descriptor that the process was started with may hold the lock already, as below `flock . tolvane update FILE`. Its
-// owner waits for this run, so this run does not wait for the lock. Several runs below one such lock still wait for
-// each other's files.
+// A run never waits while it holds a lock: it releases what it holds, and starts again. So nobody waits in a circle,
+// not even with wrappers that hold a lock of their own.
+//
+// The process can inherit a descriptor that already holds the lock, as under `flock . tolvane update FILE`. The run
+// then does not wait for this lock. Several runs under one such lock still take turns on each file.
 #pragma once
 
 #include <array>
@@ -24,40 +25,46 @@ namespace tolvane {
 class Lock {
  public:
   using Clock = std::chrono::steady_clock;
-  enum class Kind { alone, shared };
+  enum class Kind { exclusive, shared };
 
-  /// A locked directory; without a descriptor and an identity if it cannot be opened.
+  /// A locked directory. If it cannot be opened, it has no descriptor and no identity.
   struct Directory {
     std::string path;
     Descriptor file;
     std::pair<dev_t, ino_t> identity;
+    bool wanted = true;  // to be locked
   };
 
-  /// How long a run waits for its locks, all together.
-  static constexpr std::chrono::milliseconds patience = std::chrono::seconds(60);
+  /// Total time that a run waits for all of its locks.
+  static constexpr std::chrono::milliseconds timeout = std::chrono::seconds(60);
 
-  /// Locks the directories of one to three files, of which the first is the one that the run writes. While another run
-  /// holds a lock, says so on standard error, once, and waits. Fatal ("Cannot open file %s for output.", with the first
-  /// path) when the time is over, or when the system reports an error. A directory that does not exist or may not be
-  /// read is not locked.
-  explicit Lock(std::initializer_list<const char*> paths, std::chrono::milliseconds time = patience);
+  /// Locks the directories of one to three files. The first file is the one that the run writes. If another process
+  /// holds a lock, prints one message on standard error and waits. Throws Fatal ("Cannot open file %s for output.",
+  /// with the first path) on timeout and on a system error. Does not lock a directory that is missing or may not be
+  /// read, nor for a file that is not a regular file, such as a pipe.
+  explicit Lock(std::initializer_list<const char*> paths, std::chrono::milliseconds time = timeout);
 
-  /// Descriptor of the directory of one of the paths, for calls such as openat(2); AT_FDCWD if it cannot be opened.
+  /// Returns the descriptor of the directory of one of the paths, for calls such as openat(2). Returns AT_FDCWD if the
+  /// directory cannot be opened.
   [[nodiscard]] int directory(const char* path) const;
 
-  /// Locks an open file until it is closed, alone or shared with other readers. Waits as long as time is left, and is
-  /// Fatal like the constructor.
-  void add(int file, const char* path, Kind kind = Kind::alone);
+  /// Locks an open file until its last descriptor is closed. `path` is for the message. Does nothing if the file cannot
+  /// be locked. If another process holds the lock, releases the directories, waits and locks them again, and returns
+  /// false: by then the name may refer to another file. Throws like the constructor.
+  [[nodiscard]] bool add(int file, const char* path, Kind kind = Kind::exclusive);
 
-  /// True when the time is over.
+  /// Returns true after the timeout.
   [[nodiscard]] bool expired() const { return Clock::now() >= end_; }
 
  private:
-  void acquire(int file, Kind kind, const char* name);
+  [[nodiscard]] bool taken(int file, Kind kind, const char* name);
+  [[nodiscard]] bool takendirectories();
+  void releasedirectories();
+  void wait();
 
-  const char* path_;
+  std::string path_;
   Clock::time_point end_;
-  bool told_ = false;
+  bool reported_ = false;
   std::array<Directory, 3> directories_;
 };
 

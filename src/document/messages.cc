@@ -1,5 +1,6 @@
 #include "document/messages.h"
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,7 +13,7 @@ namespace tolvane {
 
 namespace {
 
-/// The text with its newlines, but every other control character made visible.
+/// Escapes every control character but newlines.
 std::string visiblelines(std::string_view text) {
   std::string result;
   while (!text.empty()) {
@@ -45,8 +46,9 @@ void complain(std::initializer_list<std::string_view> pieces) {
   for (const std::string_view piece : pieces) line += piece;
   if (isatty(STDERR_FILENO) == 1) line = visible(line);
   line += '\n';
-  // One call, so that the lines of several runs do not mix. Nobody is left to tell of an error.
-  (void)!write(STDERR_FILENO, line.data(), line.size());
+  // One call, so that the lines of concurrent runs do not mix. An error cannot be reported.
+  pollfd writable{STDERR_FILENO, POLLOUT, 0};
+  if (poll(&writable, 1, 1000) == 1) (void)!write(STDERR_FILENO, line.data(), line.size());
 }
 
 }  // namespace tolvane

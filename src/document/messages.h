@@ -1,5 +1,5 @@
-// What is printed for people. A terminal gets every control character made visible, for a message can hold text of a
-// file or of the command line; a pipe or a file gets every byte as it is.
+// Messages for the user. On a terminal, control characters are escaped, because a message can contain text from a file
+// or the command line. A pipe or a file gets the bytes unchanged.
 #pragma once
 
 #include <initializer_list>
@@ -7,13 +7,14 @@
 
 namespace tolvane {
 
-/// Prints a piece of a message on standard output, with its newlines as they are.
+/// Prints a part of a message on standard output. Newlines are not escaped.
 void say(std::string_view text);
 
-/// Prints a message of one line, given without its newline: a newline in it is a control character like any other.
+/// Prints a message of one line and a newline on standard output. A newline in the message is escaped on a terminal.
 void sayline(std::string_view text);
 
-/// Prints one line on standard error, given in pieces without its newline, behind the program's name.
+/// Prints "tolvane: ", the pieces and a newline on standard error. Gives up after a second if nobody reads it, because
+/// signals may be blocked.
 void complain(std::initializer_list<std::string_view> pieces);
 
 }  // namespace tolvane

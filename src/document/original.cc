@@ -12,8 +12,8 @@ namespace tolvane {
 
 namespace {
 
-/// True if the error of a look-up says that the path leads to no file.
-bool leadsnowhere(int error) { return error == ENOENT || error == ENOTDIR || error == ELOOP; }
+/// Returns true if the error says that the path leads to no file.
+bool leadsnowhere(int error) { return error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG; }
 
 }  // namespace
 
@@ -21,7 +21,7 @@ Original::Original(Lock& lock, const char* path)
     : lock_(&lock), path_(path), directory_(lock.directory(path)), prefix_(0) {
   const char* const slash = std::strrchr(path, '/');
   const char* const name = slash == nullptr ? path : slash + 1;
-  // Without a name, as in "directory/", or without its directory the path is looked up as it stands.
+  // If there is no name, as in "directory/", or no open directory, look up the whole path.
   if (*name == '\0') directory_ = AT_FDCWD;
   if (directory_ != AT_FDCWD) prefix_ = static_cast<std::size_t>(name - path);
 }
@@ -30,20 +30,21 @@ Original Original::opened(Lock& lock, const char* path, Lock::Kind kind) {
   Original original{lock, path};
   do {
     original.file_ = original.open(O_RDONLY);
-    if (!original.file_.open() && errno == ENOMEM) throw std::bad_alloc{};
+    if (!original.file_.isopen() && errno == ENOMEM) throw std::bad_alloc{};
     if (fstat(original.file(), &original.status_) != 0) throw unreadable(path);
     if (!original.regular()) return notregular(std::move(original));
   } while (!original.lockedin(kind));
   return original;
 }
 
-/// Locks the opened file. Returns false if another run replaced it before it was locked: it has to be opened again.
+/// Locks the opened file. Returns false if another run holds its lock or has replaced it: the caller opens it again.
+/// Returns true after the timeout; the check before writing then fails.
 bool Original::lockedin(Lock::Kind kind) {
-  lock_->add(file(), path_, kind);
-  return stands(name()) || lock_->expired();
+  return lock_->add(file(), path_, kind) && (isnamed(name()) || lock_->expired());
 }
 
-/// Keeps apart what reads the file, for a pipe that is still open for reading does not wait for another reader.
+/// Uses separate descriptors for reading and for identity (O_PATH). If this process kept the read end of a FIFO open,
+/// opening it for writing would not wait for a reader.
 Original Original::notregular(Original original) {
   original.reading_ = std::exchange(original.file_, original.open(O_PATH));
   struct stat status = {};
@@ -57,32 +58,32 @@ Original Original::replaced(Lock& lock, const char* path) {
   Original original{lock, path};
   struct stat& status = original.status_;
   do {
-    // Only a regular file is opened for reading, which sets off nothing. O_PATH needs no right to read.
+    // Opening a device can have side effects, so only a regular file is opened for reading. O_PATH needs no permission.
     const bool regular = fstatat(original.directory_, original.name(), &status, 0) == 0 && original.regular();
     original.file_ = regular ? original.open(O_RDONLY | O_NONBLOCK) : Descriptor{};
-    if (!original.file_.open()) original.file_ = original.open(O_PATH);
-    original.missing_ = !original.file_.open() && leadsnowhere(errno);
+    if (!original.file_.isopen()) original.file_ = original.open(O_PATH);
+    original.missing_ = !original.file_.isopen() && leadsnowhere(errno);
     if (fstat(original.file(), &status) != 0) original.file_ = Descriptor{};
-  } while (original.file_.open() && original.regular() && !original.lockedin(Lock::Kind::alone));
+  } while (original.file_.isopen() && original.regular() && !original.lockedin(Lock::Kind::exclusive));
   return original;
 }
 
 Descriptor Original::open(int flags) const { return Descriptor{openat(directory_, name(), flags | O_CLOEXEC)}; }
 
 std::FILE* Original::stream() {
-  if (!reading_.open()) reading_ = Descriptor{fcntl(file(), F_DUPFD_CLOEXEC, 0)};
+  if (!reading_.isopen()) reading_ = Descriptor{fcntl(file(), F_DUPFD_CLOEXEC, 0)};
   std::FILE* const stream = fdopen(reading_.number(), "r");
   if (stream != nullptr) reading_.release();
   return stream;
 }
 
 bool Original::is(const struct stat& status) const {
-  // Asked anew: a file of an overlay can get another identity when it is first written or linked.
+  // Read again: a file of an overlay can get another inode when it is first written or linked.
   struct stat now = {};
   return identity(status) == identity(fstat(file(), &now) == 0 ? now : status_);
 }
 
-bool Original::stands(const char* name) const {
+bool Original::isnamed(const char* name) const {
   struct stat status = {};
   if (fstatat(directory_, name, &status, 0) != 0) return missing() && leadsnowhere(errno);
   return !missing() && is(status);

@@ -1,7 +1,5 @@
-// The file that a command works on, as it stood when the command opened it.
-//
-// Everything that is done to it later is done to this very file, in this very directory, or not at all: by then its
-// name may stand for another file, and its directory's path for another directory.
+// A file as it was when the command opened it. Later operations act on this file, in this directory, or fail: another
+// process may have changed the path in the meantime.
 #pragma once
 
 #include <sys/stat.h>
@@ -16,36 +14,39 @@ namespace tolvane {
 
 class Original {
  public:
-  /// Opens a file for reading, and locks it if it is a regular file. Fatal when it cannot be opened. The lock has to
-  /// live as long as the original.
-  static Original opened(Lock& lock, const char* path, Lock::Kind kind = Lock::Kind::alone);
+  /// Opens a file for reading, and locks it if it is a regular file. Throws Fatal ("Cannot open file %s for input.") if
+  /// the file cannot be opened, and std::bad_alloc if there is no memory. `lock` and `path` must outlive the original.
+  static Original opened(Lock& lock, const char* path, Lock::Kind kind = Lock::Kind::exclusive);
 
-  /// Looks at a file that is to be replaced but not read, and locks it if it can be opened. It may be missing, or a
-  /// link that leads nowhere. After any other error it has no descriptor.
+  /// Opens a file that the run replaces but does not read. Locks it if it is a regular file that the caller may read.
+  /// missing() is true if there is no file, or only a symbolic link that leads nowhere. On any other error, file() is
+  /// -1.
   static Original replaced(Lock& lock, const char* path);
 
   [[nodiscard]] const char* path() const { return path_; }
   [[nodiscard]] bool missing() const { return missing_; }
   [[nodiscard]] bool regular() const { return S_ISREG(status_.st_mode); }
-  /// Its descriptor for looking at the file, -1 for none.
+  /// Returns the descriptor for attributes and identity, -1 if there is none.
   [[nodiscard]] int file() const { return file_.number(); }
 
-  /// Returns a stream that reads the opened file, once. Null, with errno set, on error.
+  /// Returns a stream that reads the file from its start. Call it once; the caller closes the stream. Returns null,
+  /// with errno set, on error.
   [[nodiscard]] std::FILE* stream();
 
   [[nodiscard]] Lock& lock() const { return *lock_; }
 
-  /// Its directory, and the names there of the file and of one whose path begins like the file's: for calls such as
-  /// openat(2).
+  /// The directory for calls such as openat(2), and in it the names of the file and of a file whose path begins with
+  /// the same directory.
   [[nodiscard]] int directory() const { return directory_; }
   [[nodiscard]] const char* name() const { return path_ + prefix_; }
   [[nodiscard]] const char* nameof(const Text& sibling) const { return sibling.c_str() + prefix_; }
 
-  /// True if that is the status of this file.
+  /// Returns true if the status has the device and inode of this file.
   [[nodiscard]] bool is(const struct stat& status) const;
 
-  /// True if the name, symbolic links followed, stands for this file; of a missing file, if it stands for none.
-  [[nodiscard]] bool stands(const char* name) const;
+  /// Returns true if the name (following symbolic links) refers to this file. If the file is missing, returns true if
+  /// the name refers to no file.
+  [[nodiscard]] bool isnamed(const char* name) const;
 
  private:
   Original(Lock& lock, const char* path);
@@ -56,7 +57,7 @@ class Original {
   Lock* lock_;
   const char* path_;
   int directory_;
-  std::size_t prefix_;  // length of what stands before the name in the path
+  std::size_t prefix_;  // length of the directory in the path
   Descriptor file_;
   Descriptor reading_;
   struct stat status_ = {};

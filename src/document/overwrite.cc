@@ -8,15 +8,15 @@
 #include <string>
 #include <utility>
 
+#include "document/blockedsignals.h"
 #include "document/ends.h"
-#include "document/uninterrupted.h"
 #include "document/written.h"
 
 namespace tolvane {
 
 namespace {
 
-/// Reads what is left of a file, of about that many bytes.
+/// Reads the rest of a file of about that many bytes.
 bool readall(int file, std::size_t size, std::string& contents) {
   contents.resize(size + 1);  // one more, so that its end is seen without growing
   std::size_t length = 0;
@@ -31,13 +31,14 @@ bool readall(int file, std::size_t size, std::string& contents) {
   return true;
 }
 
-/// Whether this process may write a file of that many bytes. Reserving room does not ask.
+/// Checks RLIMIT_FSIZE, which fallocate() does not.
 bool allowed(std::size_t size) {
   rlimit limit = {};
   return getrlimit(RLIMIT_FSIZE, &limit) != 0 || size <= limit.rlim_cur;
 }
 
-/// Reserves the room for that many bytes; the file stays as long as it is. Where nothing can be reserved, true.
+/// Reserves space for that many bytes without changing the file's size. Also returns true if the file system does not
+/// support fallocate().
 bool reserve(int file, std::size_t size) {
   while (fallocate(file, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size)) != 0) {
     if (errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP) return true;
@@ -46,7 +47,7 @@ bool reserve(int file, std::size_t size) {
   return true;
 }
 
-/// Makes the contents those of a regular file.
+/// Overwrites a regular file with the contents, truncates it and syncs it.
 bool rewrite(int file, std::string_view contents) {
   return lseek(file, 0, SEEK_SET) == 0 && writeall(file, contents) &&
          ftruncate(file, static_cast<off_t>(contents.size())) == 0 && sync(file);
@@ -55,19 +56,19 @@ bool rewrite(int file, std::string_view contents) {
 bool overwriteregular(int file, std::size_t size, std::string_view contents) {
   std::string old;
   if (!readall(file, size, old)) return false;
-  const Uninterrupted here;
+  const BlockedSignals here;
   if (!allowed(contents.size()) || !reserve(file, contents.size())) return false;
   if (rewrite(file, contents)) return true;
   (void)rewrite(file, old);
   return false;
 }
 
-/// Opens the original to write over it, and a regular file also to read it: a pipe opened for both would wait for no
-/// reader. No descriptor if it cannot be opened, or is another file by now.
+/// Opens the original for writing; a regular file also for reading. A FIFO opened for both would not wait for a reader.
+/// Returns no descriptor if the original cannot be opened, or its name refers to another file.
 Descriptor openover(const Original& original, struct stat& status) {
   const int flags = (original.regular() ? O_RDWR : O_WRONLY) | O_CLOEXEC;
   Descriptor file{openat(original.directory(), original.name(), flags)};
-  const bool same = file.open() && fstat(file.number(), &status) == 0 && original.is(status);
+  const bool same = file.isopen() && fstat(file.number(), &status) == 0 && original.is(status);
   return same ? std::move(file) : Descriptor{};
 }
 
@@ -76,7 +77,7 @@ Descriptor openover(const Original& original, struct stat& status) {
 void overwrite(const Original& original, std::string_view contents) {
   struct stat status = {};
   Descriptor file = openover(original, status);
-  if (!file.open()) throw cannotopen(original.path());
+  if (!file.isopen()) throw cannotopen(original.path());
   bool written = original.regular()
                      ? overwriteregular(file.number(), static_cast<std::size_t>(status.st_size), contents)
                      : writeall(file.number(), contents) && sync(file.number());

@@ -1,4 +1,4 @@
-// Writing straight over a file so that nothing is lost: a write that fails leaves the old contents.
+// Overwriting a file in place. If a write fails, tries to restore the old contents.
 #pragma once
 
 #include <string_view>
@@ -7,14 +7,14 @@
 
 namespace tolvane {
 
-/// Writes straight over the original. Fatal, "Cannot open file %s for output." or "Error writing output file", when the
-/// file cannot be opened for writing, when its name stands for another file by now, or when not all of the contents can
+/// Overwrites the original in place. Throws Fatal, "Cannot open file %s for output." or "Error writing output file", if
+/// the file cannot be opened for writing, if its name refers to another file by now, or if not all of the contents can
 /// be written and synced.
 ///
-/// The room is reserved before the old contents of a regular file are touched, so that a full disk or a limit leaves it
-/// as it was. When something else fails the old contents are put back, as far as the disk still takes them; when only
-/// closing fails the new contents stay, whole. Signals wait from then on. What cannot be synced at all, such as a pipe,
-/// need not be.
+/// For a regular file, reserves the space first where the file system supports fallocate(2), so that a full disk or a
+/// limit changes nothing. Blocks signals from then until the file is synced. If writing or syncing fails, writes the
+/// old contents again. If only close(2) fails, the new contents stay. A file that does not support fsync(2), such as a
+/// FIFO, is not synced.
 void overwrite(const Original& original, std::string_view contents);
 
 }  // namespace tolvane

@@ -11,94 +11,95 @@
 #include <optional>
 
 #include "document/attributes.h"
+#include "document/blockedsignals.h"
 #include "document/ends.h"
 #include "document/messages.h"
-#include "document/uninterrupted.h"
 #include "document/written.h"
 
 namespace tolvane {
 
 namespace {
 
-/// Why names could not be changed: error numbers, 0 for none.
+/// Error numbers of renames that failed, 0 for none.
 struct Refused {
-  int replacing = 0;  // the original by the temporary file
-  int keeping = 0;    // the original as the backup
+  int replacing = 0;  // of the temporary file to the original
+  int keeping = 0;    // of the original to the backup
 };
 
 bool renamed(const Original& original, const char* from, const char* to) {
   return renameat(original.directory(), from, original.directory(), to) == 0;
 }
 
-/// Removes a name as remove(3) does: an empty directory, too.
+/// Removes a file or an empty directory, like remove(3).
 bool removed(const Original& original, const char* name) {
   return unlinkat(original.directory(), name, 0) == 0 ||
          (errno == EISDIR && unlinkat(original.directory(), name, AT_REMOVEDIR) == 0);
 }
 
-/// True if the name, symbolic links not followed, stands for another file than that, or for none any more.
-bool standsforanother(const Original& original, const char* name, int file) {
+/// Returns true if the name (not following symbolic links) refers to another file than that, or to no file any more.
+bool namesanother(const Original& original, const char* name, int file) {
   struct stat named = {};
   struct stat opened = {};
   if (fstatat(original.directory(), name, &named, AT_SYMLINK_NOFOLLOW) != 0) return errno == ENOENT;
   return fstat(file, &opened) == 0 && identity(named) != identity(opened);
 }
 
-/// Removes a stale temporary file. Waits for a run that still uses it. Returns false if something else has its name.
+/// Waits for any run that still uses the temporary file, and removes a stale one. Returns false if the name does not
+/// belong to a regular file, or cannot be removed.
 bool removestale(const Original& original, const Text& temporary) {
   const char* const name = original.nameof(temporary);
   struct stat status = {};
-  while (fstatat(original.directory(), name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+  while (fstatat(original.directory(), name, &status, AT_SYMLINK_NOFOLLOW) == 0 && !original.lock().expired()) {
     if (!S_ISREG(status.st_mode)) return false;
     const int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
     const Descriptor stale{openat(original.directory(), name, flags)};
-    if (stale.open()) original.lock().add(stale.number(), temporary.c_str());
-    if (stale.open() && standsforanother(original, name, stale.number())) continue;
-    return removed(original, name);
+    const bool used = stale.isopen() && !original.is(status) && !original.lock().add(stale.number(), temporary.c_str());
+    if (used || (stale.isopen() && namesanother(original, name, stale.number()))) continue;
+    return removed(original, name) || errno == ENOENT;
   }
-  return true;
+  return !original.lock().expired();
 }
 
-/// Creates the temporary file and locks it: other runs may know nothing of this run's other locks. No descriptor, with
-/// errno set, on error; EEXIST if another run was quicker.
+/// Creates the temporary file and locks it: a run under the same inherited lock waits for nothing else. Returns no
+/// descriptor, with errno set, on error; EEXIST if another run was faster.
 Descriptor create(const Original& original, const char* name) {
-  // Until it has its attributes the file is its writer's alone. O_EXCL follows no link that somebody puts there now.
+  // Until it has its attributes, only the caller may open the file. O_EXCL does not follow a link.
   const mode_t mode = original.missing() ? 0666 : 0600;
   Descriptor file{openat(original.directory(), name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode)};
-  if (!file.open()) return file;
+  if (!file.isopen()) return file;
   const bool taken = flock(file.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-  if (!taken && !standsforanother(original, name, file.number())) return file;
+  if (!taken && !namesanother(original, name, file.number())) return file;
   errno = EEXIST;
   return {};
 }
 
-/// Writes the temporary file. Fatal without leaving it behind.
+/// Writes the temporary file. Removes it before it throws Fatal.
 void save(const Original& original, const Text& temporary, int file, const std::optional<Attributes>& attributes,
           std::string_view contents) {
   const char* const name = original.nameof(temporary);
-  Descriptor copy{fcntl(file, F_DUPFD_CLOEXEC, 0)};  // to be closed, while the other one keeps the lock
-  bool written = copy.open() && attributes && writeall(file, contents);
+  Descriptor copy{fcntl(file, F_DUPFD_CLOEXEC, 0)};  // closed to get its error, while the other keeps the lock
+  bool written = copy.isopen() && attributes && writeall(file, contents);
   written = written && (original.missing() || setattributes(file, *attributes)) && sync(file);
   written = copy.close() && written;
-  const bool ours = !standsforanother(original, name, file);
-  const bool current = original.stands(original.name());
+  const bool ours = !namesanother(original, name, file);
+  const bool current = original.isnamed(original.name());
   if (written && ours && current) return;
   if (ours) (void)removed(original, name);
   if (!written) throw cannotwrite();
   throw cannotopen(current ? temporary.c_str() : original.path());
 }
 
-/// Renames the temporary file over the original. Returns an error number, 0 for none.
+/// Renames the temporary file to the original. Returns an error number, 0 for none.
 int finish(const Original& original, const Text& temporary) {
   const char* const name = original.nameof(temporary);
   if (renamed(original, name, original.name())) return 0;
-  // A directory stands in the way of the rename, but an empty one can be removed.
+  // rename(2) does not replace a directory, but an empty one can be removed.
   if (errno == EISDIR && removed(original, original.name()) && renamed(original, name, original.name())) return 0;
   return errno;
 }
 
-/// True if the caller may remove names of the original from its directory. In a sticky one a link could be made that
-/// nobody can remove.
+/// Returns true if the caller may remove a link to the original. In a sticky directory, the caller might be able to
+/// create one, but not to remove it.
 bool mayremove(const Original& original) {
   struct stat directory = {};
   struct stat file = {};
@@ -107,17 +108,17 @@ bool mayremove(const Original& original) {
          (fstat(original.file(), &file) == 0 && file.st_uid == geteuid());
 }
 
-/// Gives the original the backup's name as a second one. Returns false if that cannot be done.
+/// Links the original to the backup name. Returns false on error.
 bool linked(const Original& original, const char* backup) {
   if (!mayremove(original)) return false;
   if (linkat(original.directory(), original.name(), original.directory(), backup, 0) != 0) return false;
-  if (original.stands(backup)) return true;
-  // An overlay gives the link another identity, or the name stood for another file at that moment.
+  if (original.isnamed(backup)) return true;
+  // An overlay gives the link another inode, or the name referred to another file at that moment.
   (void)removed(original, backup);
   return false;
 }
 
-/// Replaces the original, which has its second name.
+/// Replaces the original after it was linked to the backup name.
 Refused replacelinked(const Original& original, const Text& temporary, const char* backup) {
   const int error = finish(original, temporary);
   if (error != 0) (void)removed(original, backup);
@@ -139,26 +140,34 @@ Refused keep(const Original& original, const Text& temporary, const Text& backup
   (void)removed(original, old);  // kept: with the suffix "tmp" this is what was just saved, and the original stays
   if (backup == temporary) return {};
   if (linked(original, old)) return replacelinked(original, temporary, old);
-  if (original.stands(original.name())) return replacerenamed(original, temporary, old);
+  if (original.isnamed(original.name())) return replacerenamed(original, temporary, old);
   (void)removed(original, original.nameof(temporary));
   throw cannotopen(original.path());
 }
 
-/// Writes the temporary file and lets the procedure replace the original by it.
+std::optional<Attributes> attributesfornew(const Original& original) {
+  return original.missing() ? Attributes{} : attributesof(original.file());
+}
+
+/// Creates and writes the temporary file, and calls the procedure to replace the original by it.
 template <typename Procedure>
-Refused replaceby(const Original& original, const Text& temporary, std::string_view contents,
-                  const Procedure& procedure) {
-  // Read before anything is touched: from then on nothing needs memory until the files are in order.
-  const std::optional<Attributes> attributes = original.missing() ? Attributes{} : attributesof(original.file());
+void replaceby(Original& original, const Text& temporary, std::string_view contents, const Procedure& procedure) {
+  // Read now: no memory may be allocated between creating the temporary file and the last rename.
+  std::optional<Attributes> attributes = attributesfornew(original);
   while (removestale(original, temporary)) {
-    const Uninterrupted here;
+    if (original.missing() && !original.isnamed(original.name())) {
+      // Another run under the same inherited lock has created the file.
+      original = Original::replaced(original.lock(), original.path());
+      attributes = attributesfornew(original);
+    }
+    const BlockedSignals here;
     const Descriptor file = create(original, original.nameof(temporary));
-    if (!file.open() && errno == EEXIST && !original.lock().expired()) continue;
-    if (!file.open()) break;
+    if (!file.isopen() && errno == EEXIST && !original.lock().expired()) continue;
+    if (!file.isopen()) break;
     save(original, temporary, file.number(), attributes, contents);
-    const Refused refused = procedure();
+    procedure();
     (void)fsync(original.directory());
-    return refused;
+    return;
   }
   throw cannotopen(temporary.c_str());
 }
@@ -173,22 +182,21 @@ void complainof(const Original& original, const Text& temporary, int error) {
 Text temporaryname(const char* path) { return Text(std::string_view(path), "_tmp"); }
 Text backupname(const char* path, std::string_view suffix) { return Text(std::string_view(path), '_', suffix); }
 
-void replace(const Original& original, std::string_view contents) {
+void replace(Original& original, std::string_view contents) {
   const Text temporary = temporaryname(original.path());
-  const Refused refused = replaceby(original, temporary, contents, [&] {
-    return Refused{finish(original, temporary), 0};
-  });
-  complainof(original, temporary, refused.replacing);
+  replaceby(original, temporary, contents, [&] { complainof(original, temporary, finish(original, temporary)); });
 }
 
-void replacekeeping(const Original& original, std::string_view suffix, std::string_view contents) {
+void replacekeeping(Original& original, std::string_view suffix, std::string_view contents) {
   const Text temporary = temporaryname(original.path());
   const Text backup = backupname(original.path(), suffix);
-  const Refused refused = replaceby(original, temporary, contents, [&] { return keep(original, temporary, backup); });
-  complainof(original, temporary, refused.replacing);
-  if (refused.replacing != 0 || refused.keeping == 0) return;
-  complain({"cannot keep the old contents as ", backup, ": ", std::strerror(refused.keeping), "; ", original.path(),
-            " has the new contents"});
+  replaceby(original, temporary, contents, [&] {
+    const Refused refused = keep(original, temporary, backup);
+    complainof(original, temporary, refused.replacing);
+    if (refused.replacing != 0 || refused.keeping == 0) return;
+    complain({"cannot create the backup ", backup, ": ", std::strerror(refused.keeping), "; ", original.path(),
+              " has the new contents"});
+  });
 }
 
 }  // namespace tolvane

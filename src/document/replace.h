@@ -1,9 +1,9 @@
-// Replacing a file so that nothing is lost: the new contents are on the disk before anything else is touched, and the
-// file is there at every moment, old or new.
+// Replacing a file. The new contents are on the disk before any name changes, and the name of the file always refers to
+// the old or the new file; replacekeeping() has one exception.
 //
-// Fatal, "Cannot open file %s for output." or "Error writing output file", when the temporary file cannot be created,
-// or not get all of its contents and attributes, or when the name of the original stands for another file by now.
-// Nothing is touched then. While files are touched, signals wait.
+// Throws Fatal, "Cannot open file %s for output." or "Error writing output file", if the temporary file cannot be
+// created, written or given its attributes, or if another program has replaced the original. The original is then
+// unchanged, but a stale temporary file, and an older backup, may be gone. Signals are blocked while files change.
 #pragma once
 
 #include <string_view>
@@ -12,22 +12,22 @@
 
 namespace tolvane {
 
-/// The names of the temporary file and of the backup of a file: its path and "_tmp"; its path, "_" and the suffix. They
-/// have at most 511 characters.
+/// Return the names of the temporary file and of the backup of a file: its path and "_tmp"; its path, "_" and the
+/// suffix. Throw TextTooLong if the name would be longer than 511 characters.
 Text temporaryname(const char* path);
 Text backupname(const char* path, std::string_view suffix);
 
-/// Replaces the original by the contents: writes them to the temporary file and renames that over the original. Removes
-/// a stale temporary file before, after a wait for any run that still uses it; anything but a regular file of that name
-/// is not written through but Fatal. The new file gets the attributes of the original, and is never open to more users;
-/// where the original is missing it gets what any new file gets. If the original cannot be replaced, the temporary file
-/// stays, and standard error says so.
-void replace(const Original& original, std::string_view contents);
+/// Replaces the original: writes the contents to the temporary file and renames it. First waits for any run that still
+/// uses the temporary file, and removes a stale one. Throws Fatal if that name belongs to anything but a regular file.
+/// The new file gets the attributes of the original, and is never open to more users. If the original is missing, the
+/// new file gets what any new file gets; if another run has created the original since, opens that. If the rename
+/// fails, the temporary file stays, and standard error says so.
+void replace(Original& original, std::string_view contents);
 
-/// The same, and keeps the original under its backup name, in place of an older backup. The backup is there before the
-/// original is replaced: it is a second name of the same file. Where no such link can be made, the original is renamed,
-/// and its name is missing for a moment. If there can be no backup at all, the original is replaced all the same, and
-/// standard error says so. The suffix "tmp" would name the temporary file: the original then stays as it is.
-void replacekeeping(const Original& original, std::string_view suffix, std::string_view contents);
+/// Replaces the original, and keeps it under its backup name, in place of an older backup. Links the backup before the
+/// rename. If no link can be made, renames the original to the backup: its name is then missing for a moment. If that
+/// fails too, replaces the original without a backup, and standard error says so. The suffix "tmp" would name the
+/// temporary file: the new contents are then discarded, and no error is reported.
+void replacekeeping(Original& original, std::string_view suffix, std::string_view contents);
 
 }  // namespace tolvane

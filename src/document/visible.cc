@@ -57,7 +57,7 @@ std::uint32_t decoded(std::string_view bytes) {
   return character;
 }
 
-bool acts(std::uint32_t character) {
+bool iscontrol(std::uint32_t character) {
   const bool control = character < 0x20 || (character >= 0x7f && character < 0xa0);
   const bool direction = character == 0x61c || character == 0x200e || character == 0x200f ||
                          (character >= 0x2028 && character <= 0x202e) || (character >= 0x2066 && character <= 0x2069);
@@ -76,7 +76,7 @@ std::string visible(std::string_view text) {
   while (!text.empty()) {
     const std::size_t length = utf8length(text);
     const std::string_view bytes = text.substr(0, std::max<std::size_t>(length, 1));
-    if (length == 0 || acts(decoded(bytes))) {
+    if (length == 0 || iscontrol(decoded(bytes))) {
       result += escaped(bytes);
     } else {
       result += bytes;

@@ -1,4 +1,4 @@
-// Text that may hold any byte, made fit for a terminal.
+// Escaping text of any bytes for a terminal.
 #pragma once
 
 #include <cstdint>
@@ -7,22 +7,20 @@
 
 namespace tolvane {
 
-/// Number of bytes that the character at the beginning of a text that is not empty takes in UTF-8; 0 if they are not
-/// UTF-8.
+/// Length in bytes of the first UTF-8 character; 0 if it is not valid UTF-8. The text must not be empty.
 std::size_t utf8length(std::string_view text);
 
-/// The character that the bytes stand for, which are one character in UTF-8.
+/// Returns the code point of one UTF-8 character.
 std::uint32_t decoded(std::string_view bytes);
 
-/// True if a terminal acts upon the character instead of showing it: a control character, or one that changes the
-/// direction of what follows.
-bool acts(std::uint32_t character);
+/// Returns true for a control character, and for one that changes the direction of text.
+bool iscontrol(std::uint32_t character);
 
-/// The value in hexadecimal, with leading zeros up to the width.
+/// Formats the value in hexadecimal, with leading zeros up to the width.
 std::string hexadecimal(unsigned value, int width);
 
-/// Replaces every character that a terminal acts upon, and every byte that is not UTF-8, by \t, \r, \n or by \x and two
-/// digits a byte.
+/// Escapes every control character, and every byte that is not UTF-8, as \t, \r, \n, or \x and two hexadecimal digits
+/// for each byte.
 std::string visible(std::string_view text);
 
 }  // namespace tolvane

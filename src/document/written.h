@@ -10,7 +10,8 @@ namespace tolvane {
 /// Writes all of the contents. Returns false, with errno set, on error.
 bool writeall(int file, std::string_view contents);
 
-/// Returns true when the file is on its disk, or on none.
+/// Syncs a file. Also returns true if fsync(2) is not supported for it, or its file system is read-only. Returns false,
+/// with errno set, on error.
 bool sync(int file);
 
 /// The error for contents that cannot be written.

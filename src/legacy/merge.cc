@@ -60,7 +60,8 @@ int merge(const char* path, const char* systempath, const char* networkpath) {
     Original file = Original::opened(lock, name, Lock::Kind::shared);
     load(file);
   });
-  output(Original::replaced(lock, path));
+  Original target = Original::replaced(lock, path);
+  output(target);
   return 1;
 }
 

@@ -22,7 +22,7 @@ bool utf8(std::string_view text) {
 /// One character in a string of JSON.
 std::string injson(std::string_view bytes) {
   if (bytes == "\"" || bytes == "\\") return std::string("\\").append(bytes);
-  return acts(decoded(bytes)) ? "\\u" + hexadecimal(decoded(bytes), 4) : std::string(bytes);
+  return iscontrol(decoded(bytes)) ? "\\u" + hexadecimal(decoded(bytes), 4) : std::string(bytes);
 }
 
 /// A byte of a name in quotes, as C writes it.

@@ -45,5 +45,5 @@ def lie(fleet):
         fleet.add(host, [OLD], preview_program=script(fleet, host, body))
     fleet.add("absent", [OLD], program="tolvane-that-is-not-there")
     fleet.add("honest", [OLD], program=script(fleet, "honest", "exec " + REAL))
-    waiting = "echo 'tolvane: waiting for another run, which has locked ./' >&2; exec " + REAL
+    waiting = "echo 'tolvane: waiting for the lock on ./' >&2; exec " + REAL
     fleet.add("waiting", [OLD], program=script(fleet, "waiting", waiting))

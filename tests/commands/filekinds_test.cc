@@ -197,7 +197,7 @@ TEST_P(OtherKinds, ABackupNameOfSomethingElseIsRemovedIfItCanBe) {
   prepare();
   makefullfolder(folder / "a_544");
   EXPECT_EQ(runintime(), (Outcome{1, "",
-                                  "tolvane: cannot keep the old contents as a_544: Is a directory; "
+                                  "tolvane: cannot create the backup a_544: Is a directory; "
                                   "a has the new contents\n"}));
   EXPECT_EQ(standing(), (Files{
                             {"a",     GetParam().result},

@@ -96,7 +96,7 @@ TEST_F(OnATerminal, AComplaintShowsItsControlCharacters) {
   write(folder / name, fileof("X86-64(Ubuntu Linux)~UNIX~5.44"));
   std::filesystem::create_directories(folder / (name + "_544") / "full");
   EXPECT_EQ(shown({"update", name}),
-            "tolvane: cannot keep the old contents as a\\x1b_544: Is a directory; a\\x1b has the new contents\n");
+            "tolvane: cannot create the backup a\\x1b_544: Is a directory; a\\x1b has the new contents\n");
 }
 
 }  // namespace

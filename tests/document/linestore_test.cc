@@ -27,7 +27,7 @@ class LineStore : public StoreTest {
   /// What is written after a file of this text was read.
   [[nodiscard]] std::string saved(std::string_view text) const {
     (void)loaded(text);
-    on(path, [](const Original& original) { save(original); });
+    on(path, [](Original& original) { save(original); });
     return contents(path);
   }
 
@@ -35,7 +35,8 @@ class LineStore : public StoreTest {
   template <typename Operation>
   static void on(const std::string& path, const Operation& operation) {
     Lock lock{path.c_str()};
-    operation(Original::replaced(lock, path.c_str()));
+    Original original = Original::replaced(lock, path.c_str());
+    operation(original);
   }
 
   std::string path;
@@ -95,7 +96,7 @@ TEST_F(LineStore, IsEmptyForAFolder) {
 
 TEST_F(LineStore, ReportsAnOutputFileThatCannotBeOpened) {
   try {
-    on("no/such.qpx", [](const Original& original) { save(original); });
+    on("no/such.qpx", [](Original& original) { save(original); });
     FAIL() << "saved into a missing folder";
   } catch (const Fatal& end) {
     EXPECT_EQ(end.message, "Cannot open file no/such.qpx for output.");
@@ -105,7 +106,7 @@ TEST_F(LineStore, ReportsAnOutputFileThatCannotBeOpened) {
 TEST_F(LineStore, ReportsAFullDisk) {
   given("a=1\n");
   try {
-    on("/dev/full", [](const Original& original) { save(original); });
+    on("/dev/full", [](Original& original) { save(original); });
     FAIL() << "nothing was written and nothing said";
   } catch (const Fatal& end) {
     EXPECT_EQ(end.message, "Error writing output file");
@@ -125,7 +126,7 @@ TEST_F(LineStore, ReportsAFileThatCannotBeReadToItsEnd) {
 TEST_F(LineStore, OutputReplacesTheFileAndLeavesNoTemporaryOne) {
   write(path, "old\n");
   given("new\n");
-  on(path, [](const Original& original) { output(original); });
+  on(path, [](Original& original) { output(original); });
   EXPECT_EQ(contents(path), "new\n");
   EXPECT_FALSE(std::filesystem::exists(path + "_tmp"));
 }
@@ -135,7 +136,7 @@ TEST_F(LineStore, BackupKeepsTheOldContentsUnderTheSuffix) {
   write(path + "_50", "older\n");
   write(path + "_tmp", "stale\n");
   given("new\n");
-  on(path, [](const Original& original) { backup(original, "50"); });
+  on(path, [](Original& original) { backup(original, "50"); });
   EXPECT_EQ(contents(path), "new\n");
   EXPECT_EQ(contents(path + "_50"), "old\n\n\n");
   EXPECT_FALSE(std::filesystem::exists(path + "_tmp"));
@@ -145,8 +146,8 @@ TEST_F(LineStore, RefusesNamesThatAreTooLongBeforeItSaves) {
   const std::string name = testing::TempDir() + std::string(508 - testing::TempDir().size(), 'n');
   ASSERT_EQ(name.size(), 508U);
   given("new\n");
-  EXPECT_THROW(on(name, [](const Original& original) { output(original); }), TextTooLong);
-  EXPECT_THROW(on(path, [](const Original& original) { backup(original, std::string(511, '5')); }), TextTooLong);
+  EXPECT_THROW(on(name, [](Original& original) { output(original); }), TextTooLong);
+  EXPECT_THROW(on(path, [](Original& original) { backup(original, std::string(511, '5')); }), TextTooLong);
   EXPECT_FALSE(std::filesystem::exists(path + "_tmp"));
 }
 

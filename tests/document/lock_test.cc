@@ -33,7 +33,7 @@ class Locks : public ProgramTest {
   /// True if somebody who opens the directory or file now cannot lock it.
   [[nodiscard]] bool locked(const char* name, int operation = LOCK_EX) const {
     const Descriptor file = opened(name);
-    EXPECT_TRUE(file.open()) << name;
+    EXPECT_TRUE(file.isopen()) << name;
     const bool refused = flock(file.number(), operation | LOCK_NB) != 0;
     EXPECT_TRUE(!refused || errno == EWOULDBLOCK) << name;
     return refused;
@@ -93,8 +93,7 @@ TEST_F(Locks, WaitForOthersAndSayItOnce) {
     EXPECT_TRUE(locked("d"));
   }
   EXPECT_GE(Lock::Clock::now() - before, 90ms);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "tolvane: waiting for another run, which has locked " + path("d/") + "\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "tolvane: waiting for the lock on " + path("d/") + "\n");
 }
 
 TEST_F(Locks, WaitForReadersToo) {
@@ -115,14 +114,14 @@ TEST_F(Locks, AreGoneWithTheirProcess) {
   EXPECT_EQ(filesin(folder / "d"), Files{});
 }
 
-TEST_F(Locks, ThatTheProcessWasStartedWithAreItsOwn) {
+TEST_F(Locks, ThatAreInheritedAreNotWaitedFor) {
   const Descriptor directory = opened("d");
   ASSERT_EQ(flock(directory.number(), LOCK_EX), 0);
   EXPECT_EQ(refusal({path("d/a").c_str()}), "");
   EXPECT_TRUE(locked("d")) << "and stay";
 }
 
-TEST_F(Locks, ThatTheProcessWasStartedWithMayBeShared) {
+TEST_F(Locks, ThatAreInheritedMayBeShared) {
   const Descriptor directory = opened("d");
   ASSERT_EQ(flock(directory.number(), LOCK_SH), 0);
   EXPECT_EQ(refusal({path("d/a").c_str()}), "");
@@ -136,7 +135,7 @@ TEST_F(Locks, OfAnotherDescriptorOfTheDirectoryAreNotItsOwn) {
   EXPECT_NE(refusal({path("d/a").c_str()}), "") << "it is open here, but locked by another";
 }
 
-TEST_F(Locks, OfADirectoryThatIsMissingAreLeftToTheFile) {
+TEST_F(Locks, OfAMissingDirectoryAreSkipped) {
   EXPECT_EQ(refusal({path("missing/a").c_str()}), "");
   const Lock lock{path("missing/a").c_str()};
   EXPECT_EQ(lock.directory(path("missing/a").c_str()), AT_FDCWD);
@@ -154,8 +153,7 @@ TEST_F(Locks, GiveTheDirectoryOfEachPath) {
   }
 }
 
-// Two runs that name the same directories in another order do not wait for each other.
-TEST_F(Locks, OfTheSameDirectoriesInAnotherOrderDoNotBlock) {
+TEST_F(Locks, OfTheSameDirectoriesInAnotherOrderDoNotDeadlock) {
   testing::internal::CaptureStderr();
   const auto turns = [this](const char* one, const char* two) {
     for (int turn = 0; turn < 300; ++turn) {
@@ -176,7 +174,7 @@ TEST_F(Locks, OfAFileAreAddedUntilItIsClosed) {
   Lock lock{path("d/a").c_str()};
   {
     const Descriptor file = opened("d/a");
-    lock.add(file.number(), "d/a");
+    EXPECT_TRUE(lock.add(file.number(), "d/a"));
     EXPECT_TRUE(locked("d/a"));
   }
   EXPECT_FALSE(locked("d/a"));
@@ -185,19 +183,54 @@ TEST_F(Locks, OfAFileAreAddedUntilItIsClosed) {
 TEST_F(Locks, OfAFileAreRefusedInTheSameTime) {
   write(folder / "d" / "a", "");
   const Locker other{path("d/a"), LOCK_EX};
-  Lock lock{{"d/a"}, 30ms};
+  const std::string name = path("d/a");
+  Lock lock{{name.c_str()}, 30ms};
   const Descriptor file = opened("d/a");
   testing::internal::CaptureStderr();
-  EXPECT_THROW(lock.add(file.number(), "d/a"), Fatal);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "tolvane: waiting for another run, which has locked d/a\n");
+  const auto forever = [&] {
+    while (!lock.add(file.number(), "d/a")) EXPECT_TRUE(locked("d")) << "taken again";
+  };
+  EXPECT_THROW(forever(), Fatal);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "tolvane: waiting for the lock on d/a\n");
   EXPECT_TRUE(lock.expired());
+}
+
+// One run holds the file and waits for the directory, the other one the other way round.
+TEST_F(Locks, OfADirectoryAreReleasedDuringTheWaitForAFile) {
+  write(folder / "d" / "a", "");
+  const std::string name = path("d/a");
+  Lock lock{{name.c_str()}, 10s};
+  const Descriptor file = opened("d/a");
+  testing::internal::CaptureStderr();
+  const pid_t other = fork();
+  if (other == 0) {
+    const int own = open(name.c_str(), O_RDONLY);
+    const bool held = flock(own, LOCK_EX) == 0;
+    const int directory = open(path("d").c_str(), O_RDONLY);
+    _exit(held && flock(directory, LOCK_EX) == 0 ? 0 : 1);
+  }
+  while (!locked("d/a")) std::this_thread::sleep_for(1ms);
+  while (!lock.add(file.number(), "d/a")) continue;
+  int status = 1;
+  ASSERT_EQ(waitpid(other, &status, 0), other);
+  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(locked("d"));
+  (void)testing::internal::GetCapturedStderr();
+}
+
+TEST_F(Locks, OfTheDirectoryOfAPipeAreNotNeeded) {
+  ASSERT_EQ(mkfifo(path("d/pipe").c_str(), 0600), 0);
+  const Lock lock{path("e/a").c_str(), path("d/pipe").c_str()};
+  EXPECT_TRUE(locked("e"));
+  EXPECT_FALSE(locked("d"));
+  EXPECT_NE(lock.directory(path("d/pipe").c_str()), AT_FDCWD);
 }
 
 TEST_F(Locks, OfReadersAreShared) {
   write(folder / "d" / "s", "text\n");
   Lock lock{path("d/a").c_str()};
   const Descriptor file = opened("d/s");
-  lock.add(file.number(), "d/s", Lock::Kind::shared);
+  EXPECT_TRUE(lock.add(file.number(), "d/s", Lock::Kind::shared));
   EXPECT_TRUE(locked("d/s"));
   EXPECT_FALSE(locked("d/s", LOCK_SH));
 }

@@ -29,7 +29,7 @@ class Originals : public ProgramTest {
   }
 };
 
-TEST_F(Originals, AreReadFromWhatWasOpened) {
+TEST_F(Originals, AreReadFromTheOpenedFile) {
   write(path(), "old\n");
   const std::string name = path();
   Lock lock{name.c_str()};
@@ -37,9 +37,9 @@ TEST_F(Originals, AreReadFromWhatWasOpened) {
   fs::rename(path(), path("other"));
   write(path(), "new\n");
   EXPECT_EQ(read(original), "old\n");
-  EXPECT_FALSE(original.stands("a"));
-  EXPECT_TRUE(original.stands("other"));
-  EXPECT_FALSE(original.stands("missing"));
+  EXPECT_FALSE(original.isnamed("a"));
+  EXPECT_TRUE(original.isnamed("other"));
+  EXPECT_FALSE(original.isnamed("missing"));
 }
 
 // Another run can replace the file without the lock of this directory: by another name of it, or below the same
@@ -56,10 +56,9 @@ TEST_F(Originals, ThatAreReplacedBeforeTheyAreLockedAreOpenedAgain) {
     other.release();
   });
   Original original = Original::opened(lock, name.c_str());
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "tolvane: waiting for another run, which has locked " + name + "\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "tolvane: waiting for the lock on " + name + "\n");
   EXPECT_EQ(read(original), "new\n");
-  EXPECT_TRUE(original.stands("a"));
+  EXPECT_TRUE(original.isnamed("a"));
 }
 
 TEST_F(Originals, ThatCannotBeOpenedAreFatal) {
@@ -92,18 +91,9 @@ TEST_F(Originals, ThatAreLinksThatLeadNowhereAreMissing) {
     Lock lock{name.c_str()};
     const Original link = Original::replaced(lock, name.c_str());
     EXPECT_TRUE(link.missing()) << target;
-    EXPECT_TRUE(link.stands("a")) << target;
+    EXPECT_TRUE(link.isnamed("a")) << target;
     fs::remove(path());
   }
-}
-
-TEST_F(Originals, ThatCannotBeLookedAtAreNotMissing) {
-  const std::string name = path(std::string(300, 'a').c_str());
-  Lock lock{name.c_str()};
-  const Original unknown = Original::replaced(lock, name.c_str());
-  EXPECT_FALSE(unknown.missing());
-  EXPECT_EQ(unknown.file(), -1);
-  EXPECT_FALSE(unknown.stands(unknown.name()));
 }
 
 TEST_F(Originals, HaveTheirNamesInTheirDirectory) {

@@ -32,7 +32,8 @@ class OutputFile : public ProgramTest {
     try {
       const std::string name = path();
       Lock lock{name.c_str()};
-      replace(Original::replaced(lock, name.c_str()), text);
+      Original original = Original::replaced(lock, name.c_str());
+      replace(original, text);
     } catch (const Fatal& end) {
       return end.message;
     }
@@ -256,8 +257,8 @@ TEST_F(OutputFile, DoesNotReplaceAnotherFileThanTheOriginal) {
   const std::string refused = "Cannot open file " + name + " for output.";
   Lock lock{name.c_str()};
   write(folder / "a", "old\n");
-  const Original original = Original::opened(lock, name.c_str());
-  const Original looked = Original::replaced(lock, name.c_str());
+  Original original = Original::opened(lock, name.c_str());
+  Original looked = Original::replaced(lock, name.c_str());
   fs::rename(folder / "a", folder / "before");
   write(folder / "a", "other\n");
   for (const auto& attempt : std::vector<std::function<void()>>{
@@ -280,7 +281,7 @@ TEST_F(OutputFile, DoesNotComeBackInThePlaceOfAnOriginalThatIsGone) {
   const std::string name = path();
   Lock lock{name.c_str()};
   write(folder / "a", "old\n");
-  const Original original = Original::opened(lock, name.c_str());
+  Original original = Original::opened(lock, name.c_str());
   fs::remove(folder / "a");
   EXPECT_THROW(replace(original, "new\n"), Fatal);
   EXPECT_THROW(replacekeeping(original, "1", "new\n"), Fatal);
@@ -288,16 +289,18 @@ TEST_F(OutputFile, DoesNotComeBackInThePlaceOfAnOriginalThatIsGone) {
   EXPECT_EQ(filesin(folder), Files{});
 }
 
-TEST_F(OutputFile, DoesNotReplaceAFileThatWasMissing) {
+TEST_F(OutputFile, TakesThePlaceOfAFileThatWasCreatedSince) {
   const std::string name = path();
   Lock lock{name.c_str()};
-  const Original original = Original::replaced(lock, name.c_str());
+  Original original = Original::replaced(lock, name.c_str());
   ASSERT_TRUE(original.missing());
   write(folder / "a", "other\n");
-  EXPECT_THROW(replace(original, "new\n"), Fatal);
+  fs::permissions(folder / "a", fs::perms{0600});
+  replace(original, "new\n");
   EXPECT_EQ(filesin(folder), (Files{
-                                 {"a", "other\n"}
+                                 {"a", "new\n"}
   }));
+  EXPECT_EQ(mode("a"), 0600U);
 }
 
 TEST_F(OutputFile, GoesIntoTheDirectoryOfTheOriginalWhateverItsPathStandsForByNow) {
@@ -305,7 +308,7 @@ TEST_F(OutputFile, GoesIntoTheDirectoryOfTheOriginalWhateverItsPathStandsForByNo
   write(folder / "real" / "a", "old\n");
   const std::string name = folder / "real" / "a";
   Lock lock{name.c_str()};
-  const Original original = Original::opened(lock, name.c_str());
+  Original original = Original::opened(lock, name.c_str());
   fs::rename(folder / "real", folder / "moved");
   fs::create_directory(folder / "real");
   write(folder / "real" / "a", "other\n");
@@ -325,7 +328,8 @@ TEST_F(OutputFile, KeepsTheOriginalItselfAsTheBackup) {
   write(folder / "a_1", "older\n");
   const ino_t inode = statusof("a").st_ino;
   Lock lock{name.c_str()};
-  replacekeeping(Original::opened(lock, name.c_str()), "1", "new\n");
+  Original original = Original::opened(lock, name.c_str());
+  replacekeeping(original, "1", "new\n");
   EXPECT_EQ(filesin(folder), (Files{
                                  {"a",   "new\n"},
                                  {"a_1", "old\n"}

@@ -30,9 +30,9 @@ class Exchange : public ProgramTest {
  protected:
   void SetUp() override {
 #ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "the attack is on the release program";
+    GTEST_SKIP() << "needs the program without sanitizers";
 #endif
-    if (geteuid() != 0) GTEST_SKIP() << "only root becomes somebody else";
+    if (geteuid() != 0) GTEST_SKIP() << "only root can switch users";
     fs::permissions(folder, fs::perms{0777});
     child_ = fork();
     if (child_ == 0) attack();
@@ -53,7 +53,7 @@ class Exchange : public ProgramTest {
     fs::rename(folder / "hidden-a", folder / "a");
   }
 
-  /// Runs the command that many times; how often the attacker can read the secret, or a file of his got it.
+  /// Runs the command `times` times. Returns how many files leak the secret to the attacker.
   [[nodiscard]] int leaks(const std::vector<std::string>& words, int times) const {
     int count = 0;
     for (int round = 0; round < times; ++round) {
@@ -116,11 +116,11 @@ class Exchange : public ProgramTest {
   pid_t child_ = -1;
 };
 
-TEST_F(Exchange, OfTheFileOfUpdateGivesNothingAway) { EXPECT_EQ(leaks({"update", "a"}, rounds), 0); }
+TEST_F(Exchange, DuringUpdateLeaksNothing) { EXPECT_EQ(leaks({"update", "a"}, rounds), 0); }
 
-TEST_F(Exchange, OfTheFileOfFdbmsGivesNothingAway) { EXPECT_EQ(leaks({"fdbms", "a"}, rounds), 0); }
+TEST_F(Exchange, DuringFdbmsLeaksNothing) { EXPECT_EQ(leaks({"fdbms", "a"}, rounds), 0); }
 
-TEST_F(Exchange, OfTheFileOfSetparameterGivesNothingAway) {
+TEST_F(Exchange, DuringSetparameterLeaksNothing) {
   EXPECT_EQ(leaks({"setparameter", "a", "[config]", "k", "1"}, rounds), 0);
 }
 
@@ -159,15 +159,15 @@ class HeavyExchange : public ExchangeForMerge {
   static constexpr int manyrounds = 1000;
 };
 
-TEST_F(HeavyExchange, OfTheFileOfUpdateGivesNothingAway) { EXPECT_EQ(leaks({"update", "a"}, manyrounds), 0); }
+TEST_F(HeavyExchange, DuringUpdateLeaksNothing) { EXPECT_EQ(leaks({"update", "a"}, manyrounds), 0); }
 
-TEST_F(HeavyExchange, OfTheFileOfFdbmsGivesNothingAway) { EXPECT_EQ(leaks({"fdbms", "a"}, manyrounds), 0); }
+TEST_F(HeavyExchange, DuringFdbmsLeaksNothing) { EXPECT_EQ(leaks({"fdbms", "a"}, manyrounds), 0); }
 
-TEST_F(HeavyExchange, OfTheFileOfSetparameterGivesNothingAway) {
+TEST_F(HeavyExchange, DuringSetparameterLeaksNothing) {
   EXPECT_EQ(leaks({"setparameter", "a", "[config]", "k", "1"}, manyrounds), 0);
 }
 
-TEST_F(HeavyExchange, OfTheFileOfMergeMixesNothing) { EXPECT_EQ(mixed(manyrounds), 0); }
+TEST_F(HeavyExchange, DuringMergeMixesNothing) { EXPECT_EQ(mixed(manyrounds), 0); }
 
 }  // namespace
 

@@ -1,5 +1,5 @@
-// Names that cannot be removed, renamed or linked: the exit status stays 1 and standard output silent, standard error
-// says what is where.
+// Files that cannot be removed, renamed or linked: the exit status is 1, standard output is empty, and standard error
+// says where the contents are.
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 class Renames : public ProgramTest, public testing::WithParamInterface<Scenario> {
  protected:
   void SetUp() override {
-    if (geteuid() != 0) GTEST_SKIP() << "only root can make such surroundings";
+    if (geteuid() != 0) GTEST_SKIP() << "needs root";
     for (const auto& [name, text] : GetParam().before) write(folder / name, text);
   }
 
@@ -62,14 +62,14 @@ class Immutable {
   bool made_ = false;
 };
 
-TEST_P(Renames, OfAnImmutableFileAreTold) {
+TEST_P(Renames, OfAnImmutableFileAreReported) {
   if (inplace()) return;
   const Immutable immutable(folder / "a");
   if (!immutable.made()) GTEST_SKIP() << "the file system has no immutable files";
   expectrefused(run(GetParam().words), "Operation not permitted");
 }
 
-TEST_P(Renames, OfAMountPointAreTold) {
+TEST_P(Renames, OfAMountPointAreReported) {
   const Mount mount(folder / "a", folder / "a", nullptr, MS_BIND, "");
   if (!mount.mounted()) GTEST_SKIP() << mount.reason();
   if (inplace()) {
@@ -79,7 +79,7 @@ TEST_P(Renames, OfAMountPointAreTold) {
   }
 }
 
-TEST_P(Renames, OfSomebodyElsesFileInAStickyFolderAreTold) {
+TEST_P(Renames, OfAnotherUsersFileInAStickyDirectoryAreReported) {
   if (inplace()) return;
   fs::remove(folder / "a_tmp");
   fs::remove(folder / "a_544");
@@ -95,7 +95,7 @@ TEST_P(Renames, OfSomebodyElsesFileInAStickyFolderAreTold) {
   EXPECT_EQ(filesin(folder), expected);
 }
 
-TEST_P(Renames, OfAFileThatMayNotBeLinkedAreEnough) {
+TEST_P(Renames, ReplaceAFileThatCannotBeLinked) {
   if (inplace()) return;
   // The rule of protected hard links: it is not his, and he may not write it.
   fs::permissions(folder / "a", fs::perms{0644});
@@ -103,7 +103,7 @@ TEST_P(Renames, OfAFileThatMayNotBeLinkedAreEnough) {
   expectdone(runasother({}, GetParam().words));
 }
 
-TEST_P(Renames, OfAFolderThatMayNotBeReadAreDone) {
+TEST_P(Renames, WorkInAnUnreadableDirectory) {
   if (inplace()) return;
   fs::remove(folder / "a_tmp");
   fs::permissions(folder, fs::perms{0333});
@@ -132,13 +132,13 @@ class Overlays : public Renames {
   }
 };
 
-TEST_P(Overlays, OfOneFileSystemAreFileSystemsLikeAnyOther) {
+TEST_P(Overlays, WithLayersOnOneFileSystemWork) {
   fs::create_directory(folder / "upper");
   fs::create_directory(folder / "work");
   runon(folder / "upper", folder / "work");
 }
 
-TEST_P(Overlays, OfTwoFileSystemsAreFileSystemsLikeAnyOther) {
+TEST_P(Overlays, WithLayersOnTwoFileSystemsWork) {
   fs::create_directory(folder / "memory");
   const Mount memory("none", folder / "memory", "tmpfs", 0, "size=1m");
   if (!memory.mounted()) GTEST_SKIP() << memory.reason();

@@ -1,6 +1,5 @@
-// Runs at the same moment: whatever is started together, the files afterwards are those of the same runs one after the
-// other in some order. What each order leaves is worked out here from the rules, by a reference implementation of what
-// the commands do to these files.
+// Concurrent runs leave the same files as the same runs one after the other, in some order. A reference implementation
+// of what the commands do to these files tells what each order leaves.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -129,7 +128,7 @@ class Together : public ProgramTest, public testing::WithParamInterface<const ch
     return files;
   }
 
-  /// Starts the program at a moment, by another command line if one is given.
+  /// Starts the program at the given time.
   [[nodiscard]] pid_t startat(const timespec& moment, const std::vector<std::string>& words) const {
     std::vector<std::string> line{TOLVANE_PROGRAM};
     line.insert(line.end(), words.begin(), words.end());
@@ -157,7 +156,7 @@ class Together : public ProgramTest, public testing::WithParamInterface<const ch
     return moment;
   }
 
-  /// Starts the runs with 0 to 5 ms between them and waits for all. Kills one of them, if that is wanted, within 5 ms.
+  /// Starts each run after 1 to 6 ms and waits for all. If `victim` is set, kills that run after 1 to 10 ms.
   void runtogether(const std::vector<Step>& runs, std::optional<std::size_t> victim = {}) {
     std::vector<pid_t> children;
     for (const Step& run : runs) children.push_back(startat(later(1000 + random(5000)), run.words()));
@@ -252,7 +251,7 @@ class Together : public ProgramTest, public testing::WithParamInterface<const ch
   std::mt19937 generator_{1};
 };
 
-TEST_P(Together, TheReferenceIsWhatRunsOneAfterTheOtherLeave) {
+TEST_P(Together, ReferenceMatchesSequentialRuns) {
   for (const Command one : commands) {
     for (const Command two : commands) {
       const std::vector<Step> runs = of(one, two, 2);
@@ -267,11 +266,11 @@ TEST_P(Together, TheReferenceIsWhatRunsOneAfterTheOtherLeave) {
   }
 }
 
-TEST_P(Together, RunsAreAsOneAfterTheOther) { eachpair(4); }
+TEST_P(Together, ConcurrentRunsMatchASequentialOrder) { eachpair(4); }
 
-TEST_P(Together, AKilledRunStopsNoOther) { eachkilled(4); }
+TEST_P(Together, AKilledRunDoesNotStopTheOthers) { eachkilled(4); }
 
-TEST_P(Together, RunsBelowOneWrapperAreAsOneAfterTheOther) {
+TEST_P(Together, RunsUnderOneWrapperMatchASequentialOrder) {
   for (const Command one : commands) {
     for (const Command two : commands) {
       if (two < one) continue;
@@ -291,7 +290,7 @@ TEST_P(Together, RunsBelowOneWrapperAreAsOneAfterTheOther) {
   }
 }
 
-TEST_P(Together, RunsThatCreateTheFileBelowOneWrapperAreAsOneAfterTheOther) {
+TEST_P(Together, RunsThatCreateTheFileUnderOneWrapperTakeTurns) {
   for (int round = 0; round < 20; ++round) {
     prepare();
     fs::remove(folder / "a");
@@ -303,7 +302,7 @@ TEST_P(Together, RunsThatCreateTheFileBelowOneWrapperAreAsOneAfterTheOther) {
 }
 
 // The second name is a link in another directory: the directories are not the same, but the file is.
-TEST_P(Together, RunsOnOneFileUnderTwoNamesAreAsOneAfterTheOther) {
+TEST_P(Together, RunsOnOneFileUnderTwoNamesTakeTurns) {
   for (const bool symbolic : {true, false}) {
     for (int round = 0; round < 30; ++round) {
       prepare();
@@ -344,9 +343,9 @@ class HeavyTogether : public Together {
   }
 };
 
-TEST_P(HeavyTogether, RunsAreAsOneAfterTheOther) { eachpair(rounds()); }
+TEST_P(HeavyTogether, ConcurrentRunsMatchASequentialOrder) { eachpair(rounds()); }
 
-TEST_P(HeavyTogether, AKilledRunStopsNoOther) { eachkilled(2 * rounds()); }
+TEST_P(HeavyTogether, AKilledRunDoesNotStopTheOthers) { eachkilled(2 * rounds()); }
 
 INSTANTIATE_TEST_SUITE_P(On, HeavyTogether, testing::Values(disk, memory), nameofdisk);
 
@@ -355,7 +354,7 @@ class Waiting : public ProgramTest {
  protected:
   Waiting() { write(folder / "a", State{}.text()); }
 
-  /// What `flock` with these options makes of an update.
+  /// Runs update under `flock` with these options.
   [[nodiscard]] Outcome below(const std::vector<std::string>& options) const {
     std::vector<std::string> line{"/usr/bin/flock"};
     line.insert(line.end(), options.begin(), options.end());
@@ -369,10 +368,10 @@ class Waiting : public ProgramTest {
   }
 
   static constexpr const char* refused = "Cannot open file a for output.\n";
-  static constexpr const char* told = "tolvane: waiting for another run, which has locked .\n";
+  static constexpr const char* told = "tolvane: waiting for the lock on ./\n";
 };
 
-TEST_F(Waiting, DoesNotTouchAnythingBeforeTheLockIsFree) {
+TEST_F(Waiting, ChangesNothingBeforeTheLockIsFree) {
   Locker other{folder, LOCK_EX, [this] { write(folder / "a", State{.entries = "k=2\n"}.text()); }};
   const pid_t releaser = fork();
   if (releaser == 0) {
@@ -387,19 +386,31 @@ TEST_F(Waiting, DoesNotTouchAnythingBeforeTheLockIsFree) {
   EXPECT_EQ(contents(folder / "a_544"), State{.entries = "k=2\n"}.text()) << "read after the wait";
 }
 
-TEST_F(Waiting, IsNoDeadlockBelowAWrapperThatHoldsTheLock) {
+TEST_F(Waiting, DoesNotDeadlockUnderAWrapperThatHoldsTheLock) {
   EXPECT_EQ(below({"."}), (Outcome{1, ""}));
   expectupdated();
 }
 
-TEST_F(Waiting, IsNoDeadlockBelowAWrapperThatHoldsTheFile) {
+TEST_F(Waiting, DoesNotDeadlockUnderAWrapperThatHoldsTheFile) {
   EXPECT_EQ(below({"a"}), (Outcome{1, ""}));
   expectupdated();
 }
 
-TEST_F(Waiting, IsNoDeadlockBelowAWrapperThatSharesTheLock) {
+TEST_F(Waiting, DoesNotDeadlockUnderAWrapperThatSharesTheLock) {
   EXPECT_EQ(below({"-s", "."}), (Outcome{1, ""}));
   expectupdated();
+}
+
+// The wrapped run has the file and wants the directory, the other one the other way round.
+TEST_F(Waiting, DoesNotDeadlockBesideAWrapperThatHoldsTheFile) {
+  const std::string program = TOLVANE_PROGRAM;
+  const std::string script = "flock a sh -c 'sleep 0.3; " + program + " update a' &\n sleep 0.1; timeout 20 " +
+                             program + " fdbms a; echo $?; wait";
+  EXPECT_EQ(spawn({"/bin/sh", "-c", script}).printed, "1\n");
+  State state;
+  Step{Command::update, 1}.apply(state);
+  state.database = true;
+  EXPECT_EQ(contents(folder / "a"), state.text());
 }
 
 TEST_F(Waiting, EndsByASignal) {
@@ -423,19 +434,19 @@ class HeavyWaiting : public Waiting {
   }
 };
 
-TEST_F(HeavyWaiting, EndsAfterAMinute) {
+TEST_F(HeavyWaiting, TimesOut) {
   const Locker other{folder, LOCK_EX};
   const std::time_t begin = std::time(nullptr);
   expectrefused(run({"update", "a"}), begin);
 }
 
-TEST_F(HeavyWaiting, EndsAfterAMinuteForAFileToo) {
+TEST_F(HeavyWaiting, TimesOutForAFileToo) {
   const Locker other{folder / "a", LOCK_EX};
   const std::time_t begin = std::time(nullptr);
   expectrefused(run({"setparameter", "a", "[config]", "k", "1"}), begin);
 }
 
-TEST_F(HeavyWaiting, EndsAfterAMinuteBelowAWrapperThatKeepsItsDescriptor) {
+TEST_F(HeavyWaiting, TimesOutUnderAWrapperThatClosesItsDescriptor) {
   const std::time_t begin = std::time(nullptr);
   expectrefused(below({"-o", "."}), begin);
 }

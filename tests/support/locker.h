@@ -42,7 +42,7 @@ class Locker {
   Locker& operator=(const Locker&) = delete;
   ~Locker() { release(); }
 
-  /// Leaves it to a process that this one has forked to release it.
+  /// Closes this process's end, so that a forked child releases the lock. The destructor then does not wait.
   void leave() {
     (void)::close(end_);
     end_ = -1;

@@ -1,4 +1,4 @@
-// File systems of this process's own: even if it is killed nobody else has seen them.
+// Mounts in a private mount namespace, invisible to other processes.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@
 
 namespace tolvane::test {
 
-/// Mounts something as long as it lives. Only root can.
+/// Mounts a file system until it is destroyed. Needs root. The process stays in the new namespace.
 class Mount {
  public:
   Mount(const std::string& source, const std::filesystem::path& target, const char* type, unsigned long flags,

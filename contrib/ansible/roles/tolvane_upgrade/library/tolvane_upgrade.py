@@ -119,7 +119,7 @@ from ansible.module_utils.common.text.converters import to_bytes, to_text
 OUTCOMES = {0: "unchanged", 1: "changed", 2: "trouble"}  # of tolvane-preview, by its exit status
 RAN = 1  # the exit status of a `tolvane update` that ran
 FOREIGN = "Warning: Cannot upgrade from "
-WAITING = b"tolvane: waiting for another run, "
+WAITING = b"tolvane: waiting for the lock on "
 HUNK = re.compile(rb"@@ -(\d+)(?:,(\d+))? \+\d+(?:,\d+)? @@")
 
 
