@@ -84,10 +84,12 @@ bool cannotlock(int error) {
 Lock::Lock(std::initializer_list<const char*> paths, std::chrono::milliseconds time)
     : path_(*paths.begin()), end_(Clock::now() + time) {
   std::transform(paths.begin(), paths.end(), directories_.begin(), opendirectory);
-  for (auto directory = directories_.begin(); directory != directories_.end(); ++directory) {
-    const auto same = [=](const Directory& other) { return other.wanted && other.identity == directory->identity; };
-    if (std::any_of(directories_.begin(), directory, same))
-      directory->wanted = false;  // a second lock would wait for us
+  for (Directory& directory : directories_) {
+    const auto same = [&](const Directory& other) {
+      return &other < &directory && other.wanted && other.identity == directory.identity;
+    };
+    // A second lock of one directory would wait for the first.
+    if (std::any_of(directories_.begin(), directories_.end(), same)) directory.wanted = false;
   }
   while (!takendirectories()) wait();
 }
@@ -124,12 +126,11 @@ bool Lock::taken(int file, Kind kind, const char* name) {
 
 /// Locks all directories, or none.
 bool Lock::takendirectories() {
-  for (const Directory& directory : directories_) {
-    if (!directory.wanted || taken(directory.file.number(), Kind::exclusive, directory.path.c_str())) continue;
-    releasedirectories();
-    return false;
-  }
-  return true;
+  const bool all = std::all_of(directories_.begin(), directories_.end(), [this](const Directory& directory) {
+    return !directory.wanted || taken(directory.file.number(), Kind::exclusive, directory.path.c_str());
+  });
+  if (!all) releasedirectories();
+  return all;
 }
 
 void Lock::releasedirectories() {

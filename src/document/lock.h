@@ -42,7 +42,7 @@ class Lock {
   /// holds a lock, prints one message on standard error and waits. Throws Fatal ("Cannot open file %s for output.",
   /// with the first path) on timeout and on a system error. Does not lock a directory that is missing or may not be
   /// read, nor for a file that is not a regular file, such as a pipe.
-  explicit Lock(std::initializer_list<const char*> paths, std::chrono::milliseconds time = timeout);
+  Lock(std::initializer_list<const char*> paths, std::chrono::milliseconds time = timeout);
 
   /// Returns the descriptor of the directory of one of the paths, for calls such as openat(2). Returns AT_FDCWD if the
   /// directory cannot be opened.

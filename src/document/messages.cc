@@ -48,7 +48,8 @@ void complain(std::initializer_list<std::string_view> pieces) {
   line += '\n';
   // One call, so that the lines of concurrent runs do not mix. An error cannot be reported.
   pollfd writable{STDERR_FILENO, POLLOUT, 0};
-  if (poll(&writable, 1, 1000) == 1) (void)!write(STDERR_FILENO, line.data(), line.size());
+  if (poll(&writable, 1, 1000) != 1) return;
+  [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.data(), line.size());
 }
 
 }  // namespace tolvane

@@ -17,8 +17,7 @@ bool leadsnowhere(int error) { return error == ENOENT || error == ENOTDIR || err
 
 }  // namespace
 
-Original::Original(Lock& lock, const char* path)
-    : lock_(&lock), path_(path), directory_(lock.directory(path)), prefix_(0) {
+Original::Original(Lock& lock, const char* path) : lock_(&lock), path_(path), directory_(lock.directory(path)) {
   const char* const slash = std::strrchr(path, '/');
   const char* const name = slash == nullptr ? path : slash + 1;
   // If there is no name, as in "directory/", or no open directory, look up the whole path.

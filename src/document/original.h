@@ -57,7 +57,7 @@ class Original {
   Lock* lock_;
   const char* path_;
   int directory_;
-  std::size_t prefix_;  // length of the directory in the path
+  std::size_t prefix_ = 0;  // length of the directory in the path
   Descriptor file_;
   Descriptor reading_;
   struct stat status_ = {};
