@@ -18,8 +18,6 @@ namespace tolvane {
 
 namespace {
 
-using Clock = Lock::Clock;
-
 std::string directoryof(std::string_view path) {
   const std::size_t slash = path.rfind('/');
   return std::string(slash == std::string_view::npos ? "./" : path.substr(0, slash + 1));
@@ -32,12 +30,12 @@ bool unlockable(int error) {
 }
 
 /// Opens the directory of a file. Opens a directory without read permission with O_PATH: openat(2) accepts that
-/// descriptor, flock(2) does not.
-Lock::Directory opendirectory(const char* path) {
+/// descriptor, flock(2) does not. Any other error is one of the file that the run writes.
+Lock::Directory opendirectory(const char* path, const std::string& written) {
   Lock::Directory directory;
   directory.path = directoryof(path);
   directory.file = Descriptor{open(directory.path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
-  if (!directory.file.isopen() && !unlockable(errno)) throw cannotopen(path);
+  if (!directory.file.isopen() && !unlockable(errno)) throw cannotopen(written.c_str());
   if (!directory.file.isopen())
     directory.file = Descriptor{open(directory.path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)};
   struct stat status = {};
@@ -82,8 +80,9 @@ bool cannotlock(int error) {
 }  // namespace
 
 Lock::Lock(std::initializer_list<const char*> paths, std::chrono::milliseconds time)
-    : path_(*paths.begin()), end_(Clock::now() + time) {
-  std::transform(paths.begin(), paths.end(), directories_.begin(), opendirectory);
+    : path_(*paths.begin()), left_(time) {
+  std::transform(paths.begin(), paths.end(), directories_.begin(),
+                 [this](const char* path) { return opendirectory(path, path_); });
   for (Directory& directory : directories_) {
     const auto same = [&](const Directory& other) {
       return &other < &directory && other.wanted && other.identity == directory.identity;
@@ -137,11 +136,13 @@ void Lock::releasedirectories() {
   for (const Directory& directory : directories_) (void)flock(directory.file.number(), LOCK_UN);
 }
 
-/// Waits for a moment.
 void Lock::wait() {
-  if (expired()) throw cannotopen(path_.c_str());
+  using Clock = std::chrono::steady_clock;
+  if (left_.count() <= 0) throw cannotopen(path_.c_str());
+  const Clock::time_point before = Clock::now();
   constexpr timespec moment{0, 5'000'000};
   (void)nanosleep(&moment, nullptr);
+  left_ -= Clock::now() - before;
 }
 
 }  // namespace tolvane

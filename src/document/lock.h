@@ -24,7 +24,6 @@ namespace tolvane {
 
 class Lock {
  public:
-  using Clock = std::chrono::steady_clock;
   enum class Kind { exclusive, shared };
 
   /// A locked directory. If it cannot be opened, it has no descriptor and no identity.
@@ -53,17 +52,16 @@ class Lock {
   /// false: by then the name may refer to another file. Throws like the constructor.
   [[nodiscard]] bool add(int file, const char* path, Kind kind = Kind::exclusive);
 
-  /// Returns true after the timeout.
-  [[nodiscard]] bool expired() const { return Clock::now() >= end_; }
+  /// Waits for a moment. Throws Fatal like the constructor if the run has waited for the timeout, all waits together.
+  void wait();
 
  private:
   [[nodiscard]] bool taken(int file, Kind kind, const char* name);
   [[nodiscard]] bool takendirectories();
   void releasedirectories();
-  void wait();
 
   std::string path_;
-  Clock::time_point end_;
+  std::chrono::nanoseconds left_;  // to wait
   bool reported_ = false;
   std::array<Directory, 3> directories_;
 };

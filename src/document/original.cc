@@ -36,10 +36,13 @@ Original Original::opened(Lock& lock, const char* path, Lock::Kind kind) {
   return original;
 }
 
-/// Locks the opened file. Returns false if another run holds its lock or has replaced it: the caller opens it again.
-/// Returns true after the timeout; the check before writing then fails.
+/// Locks the opened file. Returns false, after a wait, if another run holds its lock or has replaced it: the caller
+/// opens it again.
 bool Original::lockedin(Lock::Kind kind) {
-  return lock_->add(file(), path_, kind) && (isnamed(name()) || lock_->expired());
+  if (!lock_->add(file(), path_, kind)) return false;
+  if (isnamed(name())) return true;
+  lock_->wait();
+  return false;
 }
 
 /// Uses separate descriptors for reading and for identity (O_PATH). If this process kept the read end of a FIFO open,

@@ -49,15 +49,17 @@ bool namesanother(const Original& original, const char* name, int file) {
 bool removestale(const Original& original, const Text& temporary) {
   const char* const name = original.nameof(temporary);
   struct stat status = {};
-  while (fstatat(original.directory(), name, &status, AT_SYMLINK_NOFOLLOW) == 0 && !original.lock().expired()) {
+  while (fstatat(original.directory(), name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
     if (!S_ISREG(status.st_mode)) return false;
     const int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
     const Descriptor stale{openat(original.directory(), name, flags)};
-    const bool used = stale.isopen() && !original.is(status) && !original.lock().add(stale.number(), temporary.c_str());
-    if (used || (stale.isopen() && namesanother(original, name, stale.number()))) continue;
-    return removed(original, name) || errno == ENOENT;
+    if (stale.isopen() && !original.is(status) && !original.lock().add(stale.number(), temporary.c_str())) continue;
+    if (!stale.isopen() || !namesanother(original, name, stale.number())) {
+      return removed(original, name) || errno == ENOENT;
+    }
+    original.lock().wait();
   }
-  return !original.lock().expired();
+  return true;
 }
 
 /// Creates the temporary file and locks it: a run under the same inherited lock waits for nothing else. Returns no
@@ -162,8 +164,11 @@ void replaceby(Original& original, const Text& temporary, std::string_view conte
     }
     const BlockedSignals here;
     const Descriptor file = create(original, original.nameof(temporary));
-    if (!file.isopen() && errno == EEXIST && !original.lock().expired()) continue;
-    if (!file.isopen()) break;
+    if (!file.isopen() && errno != EEXIST) break;
+    if (!file.isopen()) {
+      original.lock().wait();
+      continue;
+    }
     save(original, temporary, file.number(), attributes, contents);
     procedure();
     (void)fsync(original.directory());
