@@ -426,7 +426,7 @@ class HeavyWaiting : public Waiting {
   void expectrefused(const Outcome& outcome, std::time_t begin, const char* file = "a") const {
     const std::time_t seconds = std::time(nullptr) - begin;
     EXPECT_GE(seconds, 59);
-    EXPECT_LE(seconds, 65);
+    EXPECT_LE(seconds, 80);
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.printed, std::string("Cannot open file ") + file + " for output.\n");
     EXPECT_EQ(std::count(outcome.complained.begin(), outcome.complained.end(), '\n'), 1) << outcome.complained;
