@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <fstream>
 #include <ostream>
 #include <sstream>
@@ -29,8 +30,19 @@ int statusof(std::vector<std::string>& commandline, const fs::path& folder, cons
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, printed.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, complained.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
+  // Whatever runs these tests may ignore or block signals, as nohup(1) does.
+  posix_spawnattr_t attributes;
+  sigset_t all;
+  sigset_t none;
+  sigfillset(&all);
+  sigemptyset(&none);
+  posix_spawnattr_init(&attributes);
+  posix_spawnattr_setsigdefault(&attributes, &all);
+  posix_spawnattr_setsigmask(&attributes, &none);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
   pid_t process = 0;
-  const int error = posix_spawn(&process, arguments[0], &actions, nullptr, arguments.data(), environ);
+  const int error = posix_spawn(&process, arguments[0], &actions, &attributes, arguments.data(), environ);
+  posix_spawnattr_destroy(&attributes);
   posix_spawn_file_actions_destroy(&actions);
   if (error != 0) throw std::system_error(error, std::generic_category(), arguments[0]);
 
