@@ -147,6 +147,7 @@ Refused keep(const Original& original, const Text& temporary, const Text& backup
   throw cannotopen(original.path());
 }
 
+/// Returns the attributes that the new file gets; without a meaning if the original is missing.
 std::optional<Attributes> attributesfornew(const Original& original) {
   return original.missing() ? Attributes{} : attributesof(original.file());
 }
