@@ -15,17 +15,24 @@ Pair* pairs[2] = {nullptr, nullptr};
 
 namespace {
 
-/// What a list holds and where it ends, so that a pair need not be compared with all before it.
+/// The texts of a list and its last node, so that a pair need not be compared with all before it.
 struct Known {
   std::unordered_set<std::string_view> texts;
-  Pair** end;
+  Pair* tail = nullptr;
 };
 
-Known& knownin(Pair*& list) {
-  static Known known[2];
-  Known& found = known[&list - pairs];
-  if (list == nullptr) found = {{}, &list};
-  return found;
+Known known[2];
+
+/// A new pair that is not linked yet.
+Pair* makepair(const char* text) {
+  char* const copy = strdup(text);
+  void* const node = std::malloc(sizeof(Pair));
+  if (copy == nullptr || node == nullptr) {
+    std::free(copy);
+    std::free(node);
+    throw std::bad_alloc{};
+  }
+  return new (node) Pair{copy, nullptr};
 }
 
 }  // namespace
@@ -37,20 +44,25 @@ int addpair(std::string_view first, std::string_view second, int list) {
   *comma = ',';
   *std::copy(second.begin(), second.end(), comma + 1) = '\0';
 
-  Known& known = knownin(pairs[list == 0 ? 0 : 1]);
-  if (known.texts.contains(text.data())) return 0;
-  char* const copy = strdup(text.data());
-  void* const node = std::malloc(sizeof(Pair));
-  if (copy == nullptr || node == nullptr) {
-    std::free(copy);
-    std::free(node);
-    throw std::bad_alloc{};
-  }
-  Pair* const pair = new (node) Pair{copy, nullptr};
-  *known.end = pair;
-  known.end = &pair->next;
-  known.texts.insert(copy);
+  const int index = list == 0 ? 0 : 1;
+  auto& [texts, tail] = known[index];
+  if (texts.contains(text.data())) return 0;
+  Pair* const pair = makepair(text.data());
+  (tail == nullptr ? pairs[index] : tail->next) = pair;
+  tail = pair;
+  texts.insert(pair->text);
   return 1;
+}
+
+void forgetpairs() {
+  for (int index = 0; index < 2; ++index) {
+    known[index] = {};
+    while (Pair* const pair = pairs[index]) {
+      pairs[index] = pair->next;
+      std::free(pair->text);
+      std::free(pair);
+    }
+  }
 }
 
 }  // namespace tolvane

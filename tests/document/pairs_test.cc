@@ -49,6 +49,19 @@ TEST_F(Pairs, AreTheDistinctOnesOfRandomPairsInTheirOrder) {
   EXPECT_EQ(texts, expected);
 }
 
+TEST_F(Pairs, AreNewAgainAfterForgetpairs) {
+  addpair("a", "b", 0);
+  addpair("a", "b", 1);
+  forgetpairs();
+  EXPECT_EQ(pairs[0], nullptr);
+  EXPECT_EQ(pairs[1], nullptr);
+  EXPECT_EQ(addpair("a", "c", 0), 1);
+  EXPECT_EQ(addpair("a", "b", 0), 1);
+  EXPECT_STREQ(pairs[0]->next->text, "a,b");
+  EXPECT_EQ(addpair("a", "b", 1), 1);
+  EXPECT_EQ(pairs[1]->next, nullptr);
+}
+
 }  // namespace
 
 }  // namespace tolvane::test
