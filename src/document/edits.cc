@@ -32,4 +32,13 @@ void moveentry(std::string_view section, std::string_view key, std::string_view 
 
 int numberin(std::string_view section, std::string_view key) { return number(getvalue(section, key)); }
 
+void minvalue(std::string_view section, std::string_view key, std::string_view minimum) {
+  Line* const line = find(section, key);
+  if (line == nullptr) {
+    saveentry(section, key, minimum);
+  } else if (number(Text(minimum)) > number(Text(valueof(*line)))) {
+    rewrite(*line, key, minimum);
+  }
+}
+
 }  // namespace tolvane

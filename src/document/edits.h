@@ -1,4 +1,4 @@
-// The recurring shapes of a conversion's edits: a block of like edits as data, and an entry that moves.
+// The recurring shapes of a conversion's edits: a block of like edits as data, an entry that moves, a numeric minimum.
 #pragma once
 
 #include <span>
@@ -35,5 +35,9 @@ void moveentry(std::string_view section, std::string_view key, std::string_view 
 
 /// The number that the entry holds, 0 when it is missing.
 int numberin(std::string_view section, std::string_view key);
+
+/// Sets the entry to the minimum, a decimal text, when its number is smaller: its whole value, so that further fields
+/// go. Adds it when it is missing.
+void minvalue(std::string_view section, std::string_view key, std::string_view minimum);
 
 }  // namespace tolvane

@@ -2,9 +2,6 @@
 
 #include <algorithm>
 
-#include "document/entries.h"
-#include "document/numbers.h"
-
 namespace tolvane {
 
 namespace {
@@ -92,15 +89,6 @@ void alphaupper(std::string_view source, Text& output) {
     result.append(lower ? static_cast<char>(character - 'a' + 'A') : character);
   }
   output = result;
-}
-
-void minvalue(std::string_view section, std::string_view key, std::string_view minimum) {
-  Line* const line = find(section, key);
-  if (line == nullptr) {
-    saveentry(section, key, minimum);
-  } else if (number(Text(minimum)) > number(Text(valueof(*line)))) {
-    rewrite(*line, key, minimum);
-  }
 }
 
 }  // namespace tolvane

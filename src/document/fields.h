@@ -1,4 +1,4 @@
-// Fields and values: values that are lists of fields joined by a one-character separator, and numeric minimums.
+// Fields: values that are lists of fields joined by a one-character separator, and the characters of a value.
 //
 // Fields are numbered from 1, and a number below 1 means 1. A value has one field more than it has separators, so the
 // empty value has one empty field. Results that would be longer than 511 characters throw TextTooLong. An output may
@@ -45,9 +45,5 @@ int within(std::string_view needle, std::string_view haystack);
 
 /// Copies the source with the letters a to z in upper case.
 void alphaupper(std::string_view source, Text& output);
-
-/// Sets the entry to the minimum, a decimal text, when its number is smaller: its whole value, so that further fields
-/// go. Adds it when it is missing.
-void minvalue(std::string_view section, std::string_view key, std::string_view minimum);
 
 }  // namespace tolvane

@@ -54,6 +54,33 @@ TEST_F(Edits, ReadTheNumberOfAnEntry) {
   EXPECT_EQ(numberin("[A]", "c"), 0);
 }
 
+TEST_F(Edits, MinvalueRaisesASmallerNumber) {
+  given("[A]\nkey=100\n");
+  minvalue("[A]", "key", "200");
+  EXPECT_EQ(lines(), "[A]\nkey=200\n");
+}
+
+TEST_F(Edits, MinvalueKeepsALargeEnoughNumber) {
+  given("[A]\nkey=60\npages=2048 # pages\n");
+  minvalue("[A]", "key", "050");
+  minvalue("[A]", "key", "60");
+  minvalue("[A]", "pages", "2048");
+  EXPECT_EQ(lines(), "[A]\nkey=60\npages=2048 # pages\n");
+}
+
+TEST_F(Edits, MinvalueAddsAMissingEntryAtTheEndOfTheSection) {
+  given("[A]\na=1\n[B]\n");
+  minvalue("[A]", "key", "200");
+  EXPECT_EQ(lines(), "[A]\na=1\nkey=200\n[B]\n");
+}
+
+TEST_F(Edits, MinvalueCountsTextAs0AndWritesTheMinimumAsItStands) {
+  given("[A]\nkey=abc\nneg=abc\n");
+  minvalue("[A]", "key", "007 pages");
+  minvalue("[A]", "neg", "-1");
+  EXPECT_EQ(lines(), "[A]\nkey=007 pages\nneg=abc\n");
+}
+
 }  // namespace
 
 }  // namespace tolvane::test
