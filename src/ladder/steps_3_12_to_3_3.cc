@@ -71,6 +71,73 @@ constexpr std::string_view trxfrom314 = R"( ~`@#$%^&*()_+-=[]\{}|;':",./<>?)";
 constexpr std::string_view trxfrom32 = R"(~ `@#$%^&*()_+-=[]\{}|;':",./<>?)";
 static_assert(trxfrom314.size() == 32 && trxfrom32.size() == 32);
 
+// The new defaults of step "3.14", in the order in which they are appended. Where a table is in two parts, an entry
+// whose value comes from "[Startup]" stands between them.
+
+constexpr Edit startupdefaults[] = {
+    {"ShutdownTimeout",        "300"},
+    {"EnableMultiUserClients", "NO" },
+    {"ErrorPurge",             "30" },
+};
+
+constexpr Edit sqldefaults[] = {
+    {"ddlNo30",           "0" },
+    {"ddlNo201",          "0" },
+    {"ddlNo307",          "0" },
+    {"ddlNo315",          "0" },
+    {"ddlNo324",          "0" },
+    {"ddlNo333",          "0" },
+    {"dropDelete",        "1" },
+    {"idKey",             "1" },
+    {"lockTimeout",       "10"},
+    {"comments",          "0" },
+    {"delimitedIds",      "0" },
+    {"dbmsSecurity",      "1" },
+    {"namespaceSecurity", "1" },
+    {"loginOverride",     ""  },
+};
+
+constexpr Edit moresqldefaults[] = {
+    {"prefix",    "DruveSql"},
+    {"saveMAC",   "1"       },
+    {"idTrxFrom", trxfrom314},
+    {"idTrxTo",   ""        },
+};
+
+constexpr Edit miscellaneousdefaults[] = {
+    {"MNetSets",        "0"},
+    {"JournalHalt",     "0"},
+    {"NetErrToLog",     "0"},
+    {"NetErrToOpr",     "0"},
+    {"DisconnectErr",   "0"},
+    {"ReliableJob",     "1"},
+    {"DdpSec",          "0"},
+    {"NetNullSubs",     "0"},
+    {"RelCommit",       "0"},
+    {"ViewPastData",    "0"},
+    {"NamespacePrompt", "1"},
+};
+
+constexpr Edit moremiscellaneousdefaults[] = {
+    {"BroadcastHard",     "0"   },
+    {"PopError",          "0"   },
+    {"DropRemLocks",      "0"   },
+    {"ZDateNull",         "0"   },
+    {"JournalZGlob",      "1"   },
+    {"AsynchError",       "1"   },
+    {"NWDSRetry",         "0"   },
+    {"NoNspNotify",       "0"   },
+    {"JrnlNewGlo",        "0"   },
+    {"EnableCaching",     "1"   },
+    {"SetZEOF",           "0"   },
+    {"NodeNameInPid",     "0"   },
+    {"OldZU5",            "0"   },
+    {"DefLoginNSP",       "USER"},
+    {"ShutDownLogErrors", "0"   },
+    {"TruncateOverflow",  "0"   },
+    {"LogRollback",       "0"   },
+};
+
 }  // namespace
 
 void step312() {
@@ -94,73 +161,18 @@ void step313() {
 
 void step314() {
   delentry("[config]", "cpus");
-  constexpr Edit startup[] = {
-      {"ShutdownTimeout",        "300"},
-      {"EnableMultiUserClients", "NO" },
-      {"ErrorPurge",             "30" },
-  };
-  saveall("[Startup]", startup);
+  saveall("[Startup]", startupdefaults);
   saveentry("[DTMnetBIOS]", "DTMcollation", "0");
-  const Text purge = takeentry("[Startup]", "DaysBeforePurge", "7");
-  const Edit sql[] = {
-      {"ddlNo30",           "0"       },
-      {"ddlNo201",          "0"       },
-      {"ddlNo307",          "0"       },
-      {"ddlNo315",          "0"       },
-      {"ddlNo324",          "0"       },
-      {"ddlNo333",          "0"       },
-      {"dropDelete",        "1"       },
-      {"idKey",             "1"       },
-      {"lockTimeout",       "10"      },
-      {"comments",          "0"       },
-      {"delimitedIds",      "0"       },
-      {"dbmsSecurity",      "1"       },
-      {"namespaceSecurity", "1"       },
-      {"loginOverride",     ""        },
-      {"daysBeforePurge",   purge     },
-      {"prefix",            "DruveSql"},
-      {"saveMAC",           "1"       },
-      {"idTrxFrom",         trxfrom314},
-      {"idTrxTo",           ""        },
-  };
-  saveall("[SQL]", sql);
+  saveall("[SQL]", sqldefaults);
+  saveentry("[SQL]", "daysBeforePurge", takeentry("[Startup]", "DaysBeforePurge", "7"));
+  saveall("[SQL]", moresqldefaults);
   saveall("[SqlSysDatatypes]", newdatatypes);
   newsection("[SqlUserDatatypes]");  // kept: a second one where the file has one
   saveentry("[ViewPoint]", "VPSendResSz", "1");
   saveentry("[ViewPoint]", "VPSendDTMNet", "1");
-  const Text hardening = takeentry("[Startup]", "nethard", "1");
-  const Edit miscellaneous[] = {
-      {"MNetSets",          "0"      },
-      {"JournalHalt",       "0"      },
-      {"NetErrToLog",       "0"      },
-      {"NetErrToOpr",       "0"      },
-      {"DisconnectErr",     "0"      },
-      {"ReliableJob",       "1"      },
-      {"DdpSec",            "0"      },
-      {"NetNullSubs",       "0"      },
-      {"RelCommit",         "0"      },
-      {"ViewPastData",      "0"      },
-      {"NamespacePrompt",   "1"      },
-      {"NetHardening",      hardening},
-      {"BroadcastHard",     "0"      },
-      {"PopError",          "0"      },
-      {"DropRemLocks",      "0"      },
-      {"ZDateNull",         "0"      },
-      {"JournalZGlob",      "1"      },
-      {"AsynchError",       "1"      },
-      {"NWDSRetry",         "0"      },
-      {"NoNspNotify",       "0"      },
-      {"JrnlNewGlo",        "0"      },
-      {"EnableCaching",     "1"      },
-      {"SetZEOF",           "0"      },
-      {"NodeNameInPid",     "0"      },
-      {"OldZU5",            "0"      },
-      {"DefLoginNSP",       "USER"   },
-      {"ShutDownLogErrors", "0"      },
-      {"TruncateOverflow",  "0"      },
-      {"LogRollback",       "0"      },
-  };
-  each(keepentry, "[Miscellaneous]", miscellaneous);
+  each(keepentry, "[Miscellaneous]", miscellaneousdefaults);
+  keepentry("[Miscellaneous]", "NetHardening", takeentry("[Startup]", "nethard", "1"));
+  each(keepentry, "[Miscellaneous]", moremiscellaneousdefaults);
 }
 
 void step32() {
