@@ -5,7 +5,7 @@
 namespace tolvane {
 
 /// Mode 0 gives drives on an old device path the new one; any other mode gives the drives the values of the standard
-/// list and removes those beyond it. True when at least one drive changed.
+/// list and removes those beyond it. True when at least one drive changed. No step uses another mode than 0.
 bool check_magtape(int mode);
 
 }  // namespace tolvane

@@ -6,7 +6,7 @@ namespace tolvane {
 
 /// Adds the standard web applications that are missing and repairs the fields of entries in an older layout. With
 /// `refresh` standard entries also get the standard value, obsolete ones are removed and the numbers close up. True
-/// when at least one line was written, added or deleted.
+/// when at least one line was written, added or deleted. No step uses `refresh`.
 bool check_zpg(bool refresh);
 
 }  // namespace tolvane

@@ -2,7 +2,7 @@
 //
 // With `reset` a differing entry is replaced by the whole standard text; without it only the fields that matter are
 // made to conform. Each returns true when it changed the line store. An entry is looked for up to the first gap in the
-// numbering, and a new one takes the number of that gap.
+// numbering, and a new one takes the number of that gap. No step uses `reset`.
 #pragma once
 
 namespace tolvane {
