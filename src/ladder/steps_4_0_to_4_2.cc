@@ -64,7 +64,7 @@ void movebuffers(bool vms) {
   if (vms) saveentry("[config]", "rbuflock", Text(present ? number(size) : 16));
 }
 
-/// Three times the lock table, and its size in kilobytes on top of the heap.
+/// Makes the lock table, "locksiz", three times as large, and adds its new size in kilobytes to "gmheap".
 void growlocktable() {
   const int locks = int32(3 * std::int64_t{numberin("[config]", "locksiz")});
   const int kilobytes = int32(std::int64_t{locks} + 1023) / 1024;

@@ -29,7 +29,7 @@ Servers countservers(std::string_view prefix, int pairlist) {
   return servers;
 }
 
-/// Sets the heap to its field n, at least 131072; adds it when it is missing.
+/// Sets "implheap" to field n of the value, at least 131072; adds it when it is missing.
 void setheap(const Text& value, int n) {
   const Text size = getfield(value, n, ',');
   putentry("[config]", "implheap", number(size) < 131072 ? "131072" : size.view());
@@ -37,7 +37,7 @@ void setheap(const Text& value, int n) {
 
 constexpr int locktableminimum = 1179648;
 
-/// Gives the heap what the lock table grows by, divided by 1024. Kept: a missing heap becomes 3200 whatever that is.
+/// Adds to "gmheap" what the lock table grows by, divided by 1024. Kept: a missing "gmheap" becomes 3200 in any case.
 void growheap(int locks) {
   Text heap;
   if (!getvalue("[config]", "gmheap", heap)) {
@@ -48,7 +48,8 @@ void growheap(int locks) {
   editentry("[config]", "gmheap", Text(int32(std::int64_t{number(heap)} + shortfall)));
 }
 
-/// Kept: a missing lock table moves nothing into the heap, and a large one does not even add the heap.
+/// Kept: when "locksiz" is missing, "gmheap" only becomes at least 3200. When "locksiz" is large enough, a missing
+/// "gmheap" is not added.
 void raiselocktable() {
   Text locks;
   if (!getvalue("[config]", "locksiz", locks)) {
@@ -98,7 +99,7 @@ void step535() {
 }
 
 void step536() {
-  // Kept: unlike in step "5.35" a heap without a second field becomes the minimum.
+  // Kept: unlike in step "5.35" an "implheap" without a second field becomes the minimum.
   setheap(getvalue("[config]", "implheap"), 2);
   raiselocktable();
 }

@@ -46,7 +46,7 @@ void system21() {
 }
 
 void system30() {
-  minvalue("[config]", "implheap", "16384");  // kept: where it raises the heap, further fields go
+  minvalue("[config]", "implheap", "16384");  // kept: where it raises "implheap", further fields go
   if (platformfamily() == "OpenVMS") setplatformrecord(replacefield(platformrecord(), 2, '~', "VMS"));
 }
 
