@@ -1,5 +1,5 @@
 // The platform record: the entry "overview" in "[config]", fields separated by "~". Field 1 is the name of the platform
-// that wrote the file, field 2 its operating-system family, field 3 the version; further fields are kept.
+// that wrote the file, field 2 its operating-system family, field 3 the version; further fields stay.
 #pragma once
 
 #include <string_view>

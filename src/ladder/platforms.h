@@ -9,8 +9,7 @@ namespace tolvane {
 /// The platform that this tool is built for, by its row in `platname`.
 inline constexpr int thisplatform = 64;
 
-/// The platform names; the row is the platform ID. Kept as they are, with the two blanks of rows 2 and 3 and the
-/// letters of row 73.
+/// The platform names; the row is the platform ID. Kept: the two blanks of rows 2 and 3 and the letters of row 73.
 inline constexpr std::string_view platname[] = {
     "Invalid Platform ID",              // 0
     "PDP 11 [obsolete]",                // 1

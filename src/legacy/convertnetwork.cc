@@ -38,7 +38,7 @@ void adddatabase(std::string_view section, std::string_view database) {
 /// moves to the end of the section.
 void dropdatabases() {
   int number = 0;
-  int kept = 0;
+  int newnumber = 0;
   Line* end = nullptr;
   for (Line* const line : series(find("[DataSets]"), "DataSet_")) {
     const Text value{valueof(*line)};
@@ -46,9 +46,9 @@ void dropdatabases() {
     ++number;
     if (name == "COMMON" || name == "UTILITY") {
       discard(line);
-    } else if (++kept < number) {
+    } else if (++newnumber < number) {
       discard(line);
-      appendentry(end, "[DataSets]", Text("DataSet_", kept), value);
+      appendentry(end, "[DataSets]", Text("DataSet_", newnumber), value);
     }
   }
 }
