@@ -46,9 +46,7 @@ TEST_F(Fdbms, RefusesAFileWithoutItsVersion) {
   for (const std::string text : {"", "[Datasets]\n", "[ConfigFile]\n[A]\nVersion=1\n"}) {
     write(folder / "f.qpx", text);
     EXPECT_EQ(run({"fdbms", "f.qpx"}), (Outcome{0, "Invalid configuration file format\n"}));
-    EXPECT_EQ(filesin(folder), (Files{
-                                   {"f.qpx", text}
-    }));
+    EXPECT_EQ(filesin(folder), filesof("f.qpx", text));
   }
 }
 

@@ -63,16 +63,10 @@ TEST_P(FileKinds, ALinkIsReplacedAndItsTargetStays) {
   EXPECT_EQ(runintime(), (Outcome{1, ""}));
   EXPECT_EQ(fs::status(folder / "a").permissions(), fs::perms{0640});
   const std::string& old = before.at("a");
-  Files expected = {
-      {"a",     result},
-      {"other", old   }
-  };
+  Files expected = filesof("a", result, "other", old);
   if (is("update")) expected["a_544"] = "-> other";
   if (is("setparameter")) {
-    expected = {
-        {"a",     "-> other"},
-        {"other", result    }
-    };
+    expected = filesof("a", "-> other", "other", result);
   }
   EXPECT_EQ(standing(), expected);
 }
@@ -83,14 +77,10 @@ TEST_P(FileKinds, ALinkToNothingIsNoFile) {
   makedangling(folder / "a");
   if (is("merge")) {
     EXPECT_EQ(runintime(), (Outcome{1, ""}));
-    EXPECT_EQ(standing(), (Files{
-                              {"a", GetParam().result}
-    }));
+    EXPECT_EQ(standing(), filesof("a", GetParam().result));
   } else {
     EXPECT_EQ(runintime(), (Outcome{0, "Cannot open file a for input.\n"}));
-    EXPECT_EQ(standing(), (Files{
-                              {"a", "-> missing"}
-    }));
+    EXPECT_EQ(standing(), filesof("a", "-> missing"));
   }
 }
 
@@ -100,10 +90,7 @@ TEST_P(FileKinds, AHardLinkKeepsTheOldContentsUnderItsOtherName) {
   const std::string& result = GetParam().result;
   fs::create_hard_link(folder / "a", folder / "other");
   EXPECT_EQ(runintime(), (Outcome{1, ""}));
-  Files expected = {
-      {"a",     result                           },
-      {"other", is("setparameter") ? result : old}
-  };
+  Files expected = filesof("a", result, "other", is("setparameter") ? result : old);
   if (is("update")) expected["a_544"] = old;
   EXPECT_EQ(standing(), expected);
 }
@@ -134,9 +121,7 @@ TEST_P(FileKinds, AnEmptyFileHasNoVersion) {
   if (is("merge")) left = GetParam().result;
   if (is("setparameter")) left = "[config]\nk=1\n";
   EXPECT_EQ(runintime(), left.empty() ? (Outcome{0, "Invalid configuration file format\n"}) : (Outcome{1, ""}));
-  EXPECT_EQ(standing(), (Files{
-                            {"a", left}
-  }));
+  EXPECT_EQ(standing(), filesof("a", left));
 }
 
 TEST_P(FileKinds, APipeIsReadAndReplacedOrWritten) {
@@ -145,10 +130,7 @@ TEST_P(FileKinds, APipeIsReadAndReplacedOrWritten) {
   makepipe(folder / "a");
   const std::string& old = GetParam().old();
   const std::string& result = GetParam().result;
-  Files expected = {
-      {"a",      result},
-      {"source", old   }
-  };
+  Files expected = filesof("a", result, "source", old);
   if (is("update")) expected["a_544"] = "(a pipe)";
   if (is("setparameter")) {
     expected["a"] = "(a pipe)";
@@ -188,21 +170,14 @@ TEST_P(OtherKinds, ABackupNameOfSomethingElseIsRemovedIfItCanBe) {
     write(folder / "other", "kept\n");
     make(folder / "a_544");
     EXPECT_EQ(runintime(), (Outcome{1, ""}));
-    EXPECT_EQ(standing(), (Files{
-                              {"a",     GetParam().result},
-                              {"a_544", GetParam().old() },
-                              {"other", "kept\n"         }
-    }));
+    EXPECT_EQ(standing(), filesof("a", GetParam().result, "a_544", GetParam().old(), "other", "kept\n"));
   }
   prepare();
   makefullfolder(folder / "a_544");
   EXPECT_EQ(runintime(), (Outcome{1, "",
                                   "tolvane: cannot create the backup a_544: Is a directory; "
                                   "a has the new contents\n"}));
-  EXPECT_EQ(standing(), (Files{
-                            {"a",     GetParam().result},
-                            {"a_544", "(a folder)"     }
-  }))
+  EXPECT_EQ(standing(), filesof("a", GetParam().result, "a_544", "(a folder)"))
       << "kept: the old file could not be renamed, and is replaced";
 }
 

@@ -126,14 +126,9 @@ TEST_F(BackupNames, ThatTheFileSystemDoesNotTakeLeaveNoBackup) {
     const std::string name(length, 'f');
     write(folder / "dir" / name, old);
     const Outcome outcome = run({"update", "dir/" + name});
-    Files expected = {
-        {name, result}
-    };
+    Files expected = filesof(name, result);
     if (length <= 255 - suffix.size()) expected[name + std::string(suffix)] = old;
-    if (length > 251)
-      expected = {
-          {name, old}
-      };
+    if (length > 251) expected = filesof(name, old);
     EXPECT_EQ(outcome.status, length > 251 ? 0 : 1) << length << ": " << outcome.printed;
     EXPECT_EQ(filesin(folder / "dir"), expected) << length;
   }
@@ -147,14 +142,9 @@ TEST_F(BackupNames, ThatNoTextTakesEndTheRunWithTheFileUntouched) {
     write(folder / path, old);
     const Outcome outcome = run({"update", path});
     const std::string name = fs::path(path).filename();
-    Files expected = {
-        {name, old}
-    };
+    Files expected = filesof(name, old);
     if (length + suffix.size() <= 511) {
-      expected = {
-          {name,                       result},
-          {name + std::string(suffix), old   }
-      };
+      expected = filesof(name, result, name + std::string(suffix), old);
     }
     EXPECT_EQ(outcome.status, length + suffix.size() <= 511 ? 1 : -SIGABRT) << length << ": " << outcome.printed;
     EXPECT_EQ(filesin((folder / path).parent_path()), expected) << length;

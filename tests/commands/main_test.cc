@@ -43,9 +43,7 @@ TEST_F(CommandLine, InstallDoesNothingAndAnswers1) {
   EXPECT_EQ(filesin(folder), Files{});
   write(folder / "x.qpx", "\n\n[A]\n");
   EXPECT_EQ(run({"install", "x.qpx"}), (Outcome{1, ""}));
-  EXPECT_EQ(filesin(folder), (Files{
-                                 {"x.qpx", "\n\n[A]\n"}
-  }));
+  EXPECT_EQ(filesin(folder), filesof("x.qpx", "\n\n[A]\n"));
 }
 
 }  // namespace

@@ -78,9 +78,7 @@ TEST_F(SetParameter, LeavesTheFileAsItWasBehindAFileSizeLimit) {
   // One block of 512 bytes, which the new entry passes.
   EXPECT_EQ(runwithin("-f 1", {"setparameter", "f.qpx", "[A]", "l", std::string(100, 'w')}),
             (Outcome{0, "Error writing output file\n"}));
-  EXPECT_EQ(filesin(folder), (Files{
-                                 {"f.qpx", text}
-  }));
+  EXPECT_EQ(filesin(folder), filesof("f.qpx", text));
 }
 
 TEST_F(SetParameter, WritesThroughASymbolicLink) {

@@ -19,12 +19,7 @@ class Streams : public ProgramTest {
     return ProgramTest::runby({"/bin/sh", "-c", shell, "sh"}, words);
   }
 
-  void expectupdated() const {
-    EXPECT_EQ(filesin(folder), (Files{
-                                   {"a",     converted},
-                                   {"a_544", old      }
-    }));
-  }
+  void expectupdated() const { EXPECT_EQ(filesin(folder), filesof("a", converted, "a_544", old)); }
 };
 
 TEST_F(Streams, ThatAreClosedGetNothingOfAFile) {

@@ -34,11 +34,7 @@ class Merge : public ProgramTest {
     write(folder / "a.qpx", "\n\nold");
     EXPECT_EQ(merge(system, network), (Outcome{0, message})) << system << network;
     EXPECT_EQ(filesin(folder),
-              (Files{
-                  {"a.qpx",       "\n\nold"           },
-                  {"config.def",  std::string(system) },
-                  {"network.def", std::string(network)}
-    }));
+              filesof("a.qpx", "\n\nold", "config.def", std::string(system), "network.def", std::string(network)));
   }
 };
 
@@ -126,9 +122,7 @@ TEST_F(Merge, ReportsMissingFilesAndCreatesNone) {
   EXPECT_EQ(run({"merge", "a.qpx", "c", "n"}), (Outcome{0, "Cannot open file c for input.\n"}));
   write(folder / "c", goodsystem);
   EXPECT_EQ(run({"merge", "a.qpx", "c", "n"}), (Outcome{0, "Cannot open file n for input.\n"}));
-  EXPECT_EQ(filesin(folder), (Files{
-                                 {"c", goodsystem}
-  }));
+  EXPECT_EQ(filesin(folder), filesof("c", goodsystem));
 }
 
 TEST_F(Merge, TestsTheSystemFileBeforeItOpensTheNetworkFile) {
@@ -162,9 +156,7 @@ TEST_F(Merge, TakesOneFileForAllThree) {
   const std::string text = "[ConfigFile]\nFileType=Configuration 3.12\n";
   write(folder / "a", text);
   EXPECT_EQ(run({"merge", "a", "a", "a"}), (Outcome{0, badnetwork}));
-  EXPECT_EQ(filesin(folder), (Files{
-                                 {"a", text}
-  }));
+  EXPECT_EQ(filesin(folder), filesof("a", text));
 }
 
 TEST_F(Merge, ReplacesAnInputThatIsItsTarget) {
@@ -196,9 +188,7 @@ TEST_F(Merge, TakesItsFilesFromAnyDirectories) {
   write(folder / "two" / "s", "[ConfigFile]\nFileType=Configuration\n" + overview);
   write(folder / "three" / "n", "[ConfigFile]\nFileType=Network\n");
   EXPECT_EQ(run({"merge", "one/a", "two/s", "three/n"}), (Outcome{1, ""}));
-  EXPECT_EQ(filesin(folder / "one"), (Files{
-                                         {"a", "[ConfigFile]\nVersion=5.45\n\n" + overview}
-  }));
+  EXPECT_EQ(filesin(folder / "one"), filesof("a", "[ConfigFile]\nVersion=5.45\n\n" + overview));
 }
 
 }  // namespace

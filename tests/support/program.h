@@ -10,6 +10,13 @@
 
 namespace tolvane::test {
 
+/// True in a build with the sanitizers, which bear no tracer, no other malloc and no limit on memory.
+#ifdef __SANITIZE_ADDRESS__
+inline constexpr bool sanitized = true;
+#else
+inline constexpr bool sanitized = false;
+#endif
+
 /// What a run came to: the exit status, or minus the signal that ended it, and what stands on standard output and on
 /// standard error.
 struct Outcome {
@@ -25,6 +32,16 @@ void PrintTo(const Outcome& outcome, std::ostream* out);
 using Files = std::map<std::string, std::string>;
 
 Files filesin(const std::filesystem::path& folder);
+
+/// Files by name and contents, which take turns.
+template <typename... Rest>
+Files filesof(const std::string& name, const std::string& text, const Rest&... rest) {
+  Files files;
+  if constexpr (sizeof...(rest) > 0) files = filesof(rest...);
+  files[name] = text;
+  return files;
+}
+
 std::string contents(const std::filesystem::path& path);
 void write(const std::filesystem::path& path, std::string_view contents);
 
