@@ -24,4 +24,20 @@ std::string PreviewTest::patched(const std::string& name, const std::string& dif
   return contents(result);
 }
 
+void PreviewTest::expectvalid(const std::string& json, std::size_t objects) const {
+  const fs::path source = TOLVANE_SOURCE;
+  write(folder / "all.json", json);
+  EXPECT_EQ(spawn({"/usr/bin/python3", source / "tests" / "preview" / "validate.py",
+                   source / "docs" / "preview.schema.json", folder / "all.json"}),
+            (Outcome{0, std::to_string(objects) + " objects\n"}));
+}
+
+std::string PreviewProgram::result(const std::string& text, int status) const {
+  write(folder / "a.qpx", text);
+  const Outcome shown = preview({"a.qpx"});
+  EXPECT_EQ(shown.status, status) << shown.printed;
+  const std::size_t begin = shown.printed.find("\nResult\n");
+  return begin == std::string::npos ? "no result" : shown.printed.substr(begin + 8);
+}
+
 }  // namespace tolvane::test
