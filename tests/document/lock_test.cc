@@ -5,7 +5,7 @@
 #include <future>
 #include <thread>
 
-#include "document/ends.h"
+#include "tests/support/fatal.h"
 #include "tests/support/locker.h"
 #include "tests/support/program.h"
 
@@ -42,12 +42,7 @@ class Locks : public ProgramTest {
   /// The message if the paths cannot be locked within 30 ms.
   [[nodiscard]] static std::string refusal(std::initializer_list<const char*> paths) {
     testing::internal::CaptureStderr();
-    std::string message;
-    try {
-      const Lock lock{paths, 30ms};
-    } catch (const Fatal& end) {
-      message = end.message;
-    }
+    const std::string message = fatal([&] { const Lock lock{paths, 30ms}; });
     const std::string told = testing::internal::GetCapturedStderr();
     EXPECT_EQ(told.empty(), message.empty()) << told;
     return message;
