@@ -26,12 +26,11 @@ const std::string head = "[ConfigFile]\nVersion=5.44\n\n[config]\noverview=X86-6
 /// A file of the same contents but for its last line.
 std::string textof(const std::string& line) { return head + line + "\n"; }
 
-class Exchange : public ProgramTest {
+/// The parameter is the number of rounds.
+class Exchange : public ProgramTest, public testing::WithParamInterface<int> {
  protected:
   void SetUp() override {
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "needs the program without sanitizers";
-#endif
+    if (sanitized) GTEST_SKIP() << "needs the program without sanitizers";
     if (geteuid() != 0) GTEST_SKIP() << "only root can switch users";
     fs::permissions(folder, fs::perms{0777});
     child_ = fork();
@@ -53,20 +52,37 @@ class Exchange : public ProgramTest {
     fs::rename(folder / "hidden-a", folder / "a");
   }
 
-  /// Runs the command `times` times. Returns how many files leak the secret to the attacker.
-  [[nodiscard]] int leaks(const std::vector<std::string>& words, int times) const {
+  /// A file of the directory, opened once: under its name another one may stand a moment later.
+  struct Found {
+    struct stat status = {};
+    std::string text;
+  };
+
+  /// Runs the command in each round. Returns how many files are bad then.
+  [[nodiscard]] int countbad(const std::vector<std::string>& words, bool (*bad)(const Found&)) const {
     int count = 0;
-    for (int round = 0; round < times; ++round) {
+    for (int round = 0; round < GetParam(); ++round) {
       prepare();
       (void)run(words);
-      for (const Found& file : found()) count += leaked(file) ? 1 : 0;
+      for (const Found& file : found()) count += bad(file) ? 1 : 0;
     }
-    RecordProperty("rounds", times);
+    RecordProperty("rounds", GetParam());
     return count;
   }
 
-  static constexpr int rounds = 60;
+  /// True if the attacker can read the secret in the file.
+  [[nodiscard]] static bool leaked(const Found& file) {
+    const bool open = file.status.st_uid == attacker || (file.status.st_mode & 0004U) != 0;
+    return open && file.text.find(secret) != std::string::npos;
+  }
 
+  /// True if the file has the owner of one file and the mode of the other.
+  [[nodiscard]] static bool mixed(const Found& file) {
+    const unsigned mode = file.status.st_mode & 07777U;
+    return !(file.status.st_uid == 0 && mode == 0600) && !(file.status.st_uid == attacker && mode == 0666);
+  }
+
+ private:
   void create(const char* name, const std::string& text, unsigned owner, unsigned mode) const {
     const int file = open((folder / name).c_str(), O_WRONLY | O_CREAT | O_EXCL, 0600);
     ASSERT_GE(file, 0);
@@ -75,12 +91,6 @@ class Exchange : public ProgramTest {
     ASSERT_EQ(fchmod(file, mode), 0);
     (void)close(file);
   }
-
-  /// A file of the directory, opened once: under its name another one may stand a moment later.
-  struct Found {
-    struct stat status = {};
-    std::string text;
-  };
 
   [[nodiscard]] std::vector<Found> found() const {
     std::vector<Found> all;
@@ -98,13 +108,6 @@ class Exchange : public ProgramTest {
     return all;
   }
 
-  /// True if the attacker can read the secret in the file.
-  [[nodiscard]] static bool leaked(const Found& file) {
-    const bool open = file.status.st_uid == attacker || (file.status.st_mode & 0004U) != 0;
-    return open && file.text.find(secret) != std::string::npos;
-  }
-
- private:
   /// Exchanges the two files until it is killed.
   [[noreturn]] void attack() const {
     const std::string one = folder / "a";
@@ -116,58 +119,26 @@ class Exchange : public ProgramTest {
   pid_t child_ = -1;
 };
 
-TEST_F(Exchange, DuringUpdateLeaksNothing) { EXPECT_EQ(leaks({"update", "a"}, rounds), 0); }
+TEST_P(Exchange, DuringUpdateLeaksNothing) { EXPECT_EQ(countbad({"update", "a"}, leaked), 0); }
 
-TEST_F(Exchange, DuringFdbmsLeaksNothing) { EXPECT_EQ(leaks({"fdbms", "a"}, rounds), 0); }
+TEST_P(Exchange, DuringFdbmsLeaksNothing) { EXPECT_EQ(countbad({"fdbms", "a"}, leaked), 0); }
 
-TEST_F(Exchange, DuringSetparameterLeaksNothing) {
-  EXPECT_EQ(leaks({"setparameter", "a", "[config]", "k", "1"}, rounds), 0);
+TEST_P(Exchange, DuringSetparameterLeaksNothing) {
+  EXPECT_EQ(countbad({"setparameter", "a", "[config]", "k", "1"}, leaked), 0);
 }
 
-/// What `merge` writes belongs to the owner of the file that it replaces, with that file's mode: of one file, not of
-/// two.
-class ExchangeForMerge : public Exchange {
- protected:
-  [[nodiscard]] int mixed(int times) const {
-    int count = 0;
-    const std::string legacy = folder.string() + ".legacy";
-    fs::create_directory(legacy);
-    write(legacy + "/s", "[ConfigFile]\nFileType=Configuration 5.44\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX\n");
-    write(legacy + "/n", "[ConfigFile]\nFileType=Network\n");
-    for (int round = 0; round < times; ++round) {
-      prepare();
-      (void)run({"merge", "a", legacy + "/s", legacy + "/n"});
-      for (const Found& file : found()) count += ismixed(file.status) ? 1 : 0;
-    }
-    fs::remove_all(legacy);
-    RecordProperty("rounds", times);
-    return count;
-  }
-
- private:
-  [[nodiscard]] static bool ismixed(const struct stat& status) {
-    const unsigned mode = status.st_mode & 07777U;
-    return !(status.st_uid == 0 && mode == 0600) && !(status.st_uid == attacker && mode == 0666);
-  }
-};
-
-TEST_F(ExchangeForMerge, MixesNoOwnerWithTheModeOfAnotherFile) { EXPECT_EQ(mixed(rounds), 0); }
-
-/// A thousand rounds each.
-class HeavyExchange : public ExchangeForMerge {
- protected:
-  static constexpr int manyrounds = 1000;
-};
-
-TEST_F(HeavyExchange, DuringUpdateLeaksNothing) { EXPECT_EQ(leaks({"update", "a"}, manyrounds), 0); }
-
-TEST_F(HeavyExchange, DuringFdbmsLeaksNothing) { EXPECT_EQ(leaks({"fdbms", "a"}, manyrounds), 0); }
-
-TEST_F(HeavyExchange, DuringSetparameterLeaksNothing) {
-  EXPECT_EQ(leaks({"setparameter", "a", "[config]", "k", "1"}, manyrounds), 0);
+// What merge writes belongs to the owner of the file that it replaces, with that file's mode.
+TEST_P(Exchange, DuringMergeMixesNoOwnerWithTheModeOfAnotherFile) {
+  const std::string legacy = folder.string() + ".legacy";
+  fs::create_directory(legacy);
+  write(legacy + "/s", "[ConfigFile]\nFileType=Configuration 5.44\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX\n");
+  write(legacy + "/n", "[ConfigFile]\nFileType=Network\n");
+  EXPECT_EQ(countbad({"merge", "a", legacy + "/s", legacy + "/n"}, mixed), 0);
+  fs::remove_all(legacy);
 }
 
-TEST_F(HeavyExchange, DuringMergeMixesNothing) { EXPECT_EQ(mixed(manyrounds), 0); }
+INSTANTIATE_TEST_SUITE_P(Short, Exchange, testing::Values(60));
+INSTANTIATE_TEST_SUITE_P(Heavy, Exchange, testing::Values(1000));
 
 }  // namespace
 
