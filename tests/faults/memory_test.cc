@@ -12,20 +12,16 @@ namespace fs = std::filesystem;
 
 /// The scenarios, and the examples, which meet every step of a ladder.
 std::vector<Scenario> withexamples() {
-  const fs::path examples = fs::path(TOLVANE_SOURCE) / "examples";
+  const auto example = [](const char* name) { return contents(fs::path(TOLVANE_SOURCE) / "examples" / name); };
+  const Files legacy = filesof("a", "old\n", "s", example("legacy/config.def"), "n", example("legacy/network.def"));
   std::vector<Scenario> all = scenarios();
-  all.push_back({
+  all.push_back(Scenario{
       "UpdateExample", {"update", "a"},
-       {{"a", contents(examples / "server-3.11.qpx")}       },
-       ""
+       filesof("a", example("server-3.11.qpx")), ""
   });
-  all.push_back({
-      "MergeExample",
-      {"merge", "a",     "s",                           "n"},
-      {{"a", "old\n"},
-        {"s", contents(examples / "legacy/config.def")},
-        {"n", contents(examples / "legacy/network.def")}},
-      ""
+  all.push_back(Scenario{
+      "MergeExample", {"merge", "a", "s", "n"},
+       legacy, ""
   });
   return all;
 }
