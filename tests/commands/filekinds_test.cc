@@ -65,9 +65,7 @@ TEST_P(FileKinds, ALinkIsReplacedAndItsTargetStays) {
   const std::string& old = before.at("a");
   Files expected = filesof("a", result, "other", old);
   if (is("update")) expected["a_544"] = "-> other";
-  if (is("setparameter")) {
-    expected = filesof("a", "-> other", "other", result);
-  }
+  if (is("setparameter")) expected = filesof("a", "-> other", "other", result);
   EXPECT_EQ(standing(), expected);
 }
 

@@ -143,9 +143,7 @@ TEST_F(BackupNames, ThatNoTextTakesEndTheRunWithTheFileUntouched) {
     const Outcome outcome = run({"update", path});
     const std::string name = fs::path(path).filename();
     Files expected = filesof(name, old);
-    if (length + suffix.size() <= 511) {
-      expected = filesof(name, result, name + std::string(suffix), old);
-    }
+    if (length + suffix.size() <= 511) expected = filesof(name, result, name + std::string(suffix), old);
     EXPECT_EQ(outcome.status, length + suffix.size() <= 511 ? 1 : -SIGABRT) << length << ": " << outcome.printed;
     EXPECT_EQ(filesin((folder / path).parent_path()), expected) << length;
   }
