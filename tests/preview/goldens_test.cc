@@ -44,8 +44,8 @@ class PreviewedGoldens : public PreviewTest {
   }
 
   [[nodiscard]] Outcome show(const Case& each, const std::string& option) const {
-    std::vector<std::string> words = each.words;
-    words.insert(words.begin(), option);
+    std::vector<std::string> words{option};
+    words.insert(words.end(), each.words.begin(), each.words.end());
     return preview(words);
   }
 };
