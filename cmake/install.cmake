@@ -18,16 +18,13 @@ set(TOLVANE_ZSH_FOLDER ${CMAKE_INSTALL_DATADIR}/zsh/site-functions CACHE STRING 
 set(bash_folder ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 
 install_compressed(man/tolvane.1 tolvane.1 ${CMAKE_INSTALL_MANDIR}/man1)
+install_compressed(man/tolvane-preview.1 tolvane-preview.1 ${CMAKE_INSTALL_MANDIR}/man1)
 install_compressed(man/tolvane.qpx.5 tolvane.qpx.5 ${CMAKE_INSTALL_MANDIR}/man5)
 install_compressed(packaging/changelog changelog ${CMAKE_INSTALL_DOCDIR})
 install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES docs/preview.schema.json DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES completion/tolvane.bash DESTINATION ${bash_folder} RENAME tolvane)
+# bash looks the completion of a program up by its name.
+install(FILES completion/tolvane.bash DESTINATION ${bash_folder} RENAME tolvane-preview)
 install(FILES completion/_tolvane DESTINATION ${TOLVANE_ZSH_FOLDER})
-
-if(TARGET tolvane-preview)
-  install_compressed(man/tolvane-preview.1 tolvane-preview.1 ${CMAKE_INSTALL_MANDIR}/man1)
-  install(FILES docs/preview.schema.json DESTINATION ${CMAKE_INSTALL_DOCDIR})
-  # bash looks the completion of a program up by its name.
-  install(FILES completion/tolvane.bash DESTINATION ${bash_folder} RENAME tolvane-preview)
-endif()

@@ -20,11 +20,8 @@ INI-like sections, which every release of the server wrote a little
 differently. tolvane brings a file of any known format version, from 2.0 on,
 up to the current one, step by step, and keeps the old file as a backup. It
 also builds such a file out of the two files of the older legacy layout, and
-sets single entries.")
-if(TARGET tolvane-preview)
-  string(APPEND CPACK_DEBIAN_PACKAGE_DESCRIPTION "
+sets single entries.
 tolvane-preview shows beforehand what would change in which step, as a report,
 a diff or JSON, and writes nothing.")
-endif()
 
 include(CPack)
