@@ -9,12 +9,10 @@ namespace tolvane::test {
 
 namespace {
 
-class LineStore : public StoreTest {
+class LineStore : public ProgramTest {
  protected:
-  LineStore() : path(testing::TempDir() + "tolvane-linestore.qpx") {}
-  ~LineStore() override {
-    for (const char* suffix : {"", "_tmp", "_50"}) std::filesystem::remove(path + suffix);
-  }
+  LineStore() : path(folder / "a") { given(""); }
+  ~LineStore() override { given(""); }
 
   /// The lines that are read from a file of this text.
   [[nodiscard]] std::string loaded(std::string_view text) const {
@@ -90,7 +88,7 @@ TEST_F(LineStore, ReportsAMissingInputFile) {
 }
 
 TEST_F(LineStore, IsEmptyForAFolder) {
-  load(testing::TempDir().c_str());
+  load(folder.c_str());
   EXPECT_EQ(lines(), "");
 }
 
@@ -143,7 +141,8 @@ TEST_F(LineStore, BackupKeepsTheOldContentsUnderTheSuffix) {
 }
 
 TEST_F(LineStore, RefusesNamesThatAreTooLongBeforeItSaves) {
-  const std::string name = testing::TempDir() + std::string(508 - testing::TempDir().size(), 'n');
+  const std::string head = folder.string() + "/";
+  const std::string name = head + std::string(508 - head.size(), 'n');
   ASSERT_EQ(name.size(), 508U);
   given("new\n");
   EXPECT_THROW(on(name, [](Original& original) { output(original); }), TextTooLong);
