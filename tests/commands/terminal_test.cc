@@ -29,10 +29,13 @@ class Terminal {
 
   /// What has been printed on it, without the carriage returns that it adds.
   [[nodiscard]] std::string shown() const {
-    std::string text(10000, '\0');
     (void)fcntl(master_, F_SETFL, O_NONBLOCK);
-    const ssize_t size = read(master_, text.data(), text.size());
-    text.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+    std::string text;
+    std::string part(10000, '\0');
+    // One read may return less than all that has arrived.
+    for (ssize_t size = 0; (size = read(master_, part.data(), part.size())) > 0;) {
+      text.append(part, 0, static_cast<std::size_t>(size));
+    }
     std::erase(text, '\r');
     return text;
   }
