@@ -105,7 +105,8 @@ TEST_F(PreviewProgram, IsInTroubleWhenItCannotPrint) {
 
 TEST_F(PreviewProgram, IsInTroubleWhenItsReaderIsGone) {
   write(folder / "a.qpx", old);
-  const Outcome shown = previewby("{ sleep 0.2; \"$@\"; echo $? >status; } | true", {"a.qpx"});
+  const std::string pipe = "mkfifo pipe; exec 3<>pipe; exec 4>pipe 3>&-; ";
+  const Outcome shown = previewby(pipe + "\"$@\" >&4 4>&-; echo $? >status", {"a.qpx"});
   EXPECT_EQ(shown.complained, "");
   EXPECT_EQ(contents(folder / "status"), "2\n");
 }
