@@ -10,45 +10,32 @@ namespace tolvane {
 
 namespace {
 
-/// The old device paths. Kept: rows 0 and 10 are one path, and so are rows 1 and 11: the first drive on such a path
-/// takes the new path of the earlier row, every later one that of the other.
-constexpr std::string_view oldmag[] = {
-    "/dev/nrmt0h",  // 0
-    "/dev/nrmt1h",  // 1
-    "/dev/nrmt0l",  // 2
-    "/dev/nrmt1l",  // 3
-    "/dev/nrmt2l",  // 4
-    "/dev/nrmt3l",  // 5
-    "/dev/nrmt0m",  // 6
-    "/dev/nrmt1m",  // 7
-    "/dev/nrmt2m",  // 8
-    "/dev/nrmt3m",  // 9
-    "/dev/nrmt0h",  // 10
-    "/dev/nrmt1h",  // 11
-    "/dev/nrmt2h",  // 12
-    "/dev/nrmt3h",  // 13
+/// A standard drive: the device path that it had in old releases, and its value now.
+struct Drive {
+  std::string_view oldpath;
+  std::string_view value;
 };
 
-/// The new drives, by the row of their old path.
-constexpr std::string_view magtape[] = {
-    "47~/dev/ntape/tape0",     // 0
-    "48~/dev/ntape/tape1",     // 1
-    "49~/dev/ntape/tape0_d0",  // 2
-    "50~/dev/ntape/tape1_d0",  // 3
-    "51~/dev/ntape/tape2_d0",  // 4
-    "52~/dev/ntape/tape3_d0",  // 5
-    "53~/dev/ntape/tape0_d2",  // 6
-    "54~/dev/ntape/tape1_d2",  // 7
-    "55~/dev/ntape/tape2_d2",  // 8
-    "56~/dev/ntape/tape3_d2",  // 9
-    "57~/dev/ntape/tape0_d1",  // 10
-    "58~/dev/ntape/tape1_d1",  // 11
-    "59~/dev/ntape/tape2_d1",  // 12
-    "60~/dev/ntape/tape3_d1",  // 13
+// Kept: rows 0 and 10 have one old path, and so have rows 1 and 11: the first drive on such a path takes the new path
+// of the earlier row, every later one that of the other.
+constexpr Drive magtape[] = {
+    {"/dev/nrmt0h", "47~/dev/ntape/tape0"   },
+    {"/dev/nrmt1h", "48~/dev/ntape/tape1"   },
+    {"/dev/nrmt0l", "49~/dev/ntape/tape0_d0"},
+    {"/dev/nrmt1l", "50~/dev/ntape/tape1_d0"},
+    {"/dev/nrmt2l", "51~/dev/ntape/tape2_d0"},
+    {"/dev/nrmt3l", "52~/dev/ntape/tape3_d0"},
+    {"/dev/nrmt0m", "53~/dev/ntape/tape0_d2"},
+    {"/dev/nrmt1m", "54~/dev/ntape/tape1_d2"},
+    {"/dev/nrmt2m", "55~/dev/ntape/tape2_d2"},
+    {"/dev/nrmt3m", "56~/dev/ntape/tape3_d2"},
+    {"/dev/nrmt0h", "57~/dev/ntape/tape0_d1"},
+    {"/dev/nrmt1h", "58~/dev/ntape/tape1_d1"},
+    {"/dev/nrmt2h", "59~/dev/ntape/tape2_d1"},
+    {"/dev/nrmt3h", "60~/dev/ntape/tape3_d1"},
 };
 
 constexpr int rows = static_cast<int>(std::size(magtape));
-static_assert(std::size(oldmag) == 14 && rows == 14);
 
 /// How many drives have been met on each of the two paths that stand in two rows.
 struct Met {
@@ -58,9 +45,9 @@ struct Met {
 /// The new path for an old one; the same path when it is not an old one.
 std::string_view newpath(std::string_view path, Met& met) {
   for (int row = 0; row < rows; ++row) {
-    if (path != oldmag[row]) continue;
+    if (path != magtape[row].oldpath) continue;
     if (row < 2 && met.drives[row]++ > 0) continue;
-    return magtape[row].substr(3);  // behind the drive number and its "~"
+    return magtape[row].value.substr(3);  // behind the drive number and its "~"
   }
   return path;
 }
@@ -83,7 +70,7 @@ bool normalise() {
   bool changed = false;
   int row = 0;
   for (Line* const drive : series(find("[MagTape]"), "Drive_")) {
-    const std::string_view standard = row < rows ? magtape[row++] : std::string_view{};
+    const std::string_view standard = row < rows ? magtape[row++].value : std::string_view{};
     if (standard.empty()) {
       discard(drive);
     } else if (valueof(*drive) != standard) {

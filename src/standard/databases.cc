@@ -1,6 +1,6 @@
 #include "standard/databases.h"
 
-#include <initializer_list>
+#include <span>
 #include <string_view>
 
 #include "document/entries.h"
@@ -25,7 +25,7 @@ bool conform(Line& line, std::string_view value) {
 }
 
 /// Declares a database, or sets the fields of the one that is there.
-bool declaredatabase(std::string_view standard, std::initializer_list<Field> fields, bool reset) {
+bool declaredatabase(std::string_view standard, std::span<const Field> fields, bool reset) {
   const Place place = locate("[Datasets]", "DataSet_", firstfield(standard, ','));
   if (place.line == nullptr) {
     savenumbered("[Datasets]", "DataSet_", place.number, standard);
@@ -53,22 +53,20 @@ bool declarenamespace(std::string_view database, std::string_view standard, bool
 }  // namespace
 
 bool check_audit(bool reset) {
-  return declaredatabase("VELMAUDIT,velmaudit,,0,P,0,1",
-                         {
-                             {7, "1"},
-                             {6, "0"}
-  },
-                         reset);
+  constexpr Field fields[] = {
+      {7, "1"},
+      {6, "0"}
+  };
+  return declaredatabase("VELMAUDIT,velmaudit,,0,P,0,1", fields, reset);
 }
 
 bool check_velmlib(bool reset) {
-  return declaredatabase("VELMLIB,velmlib,,0,P,0,1",
-                         {
-                             {3, "" },
-                             {7, "1"},
-                             {5, "P"}
-  },
-                         reset);
+  constexpr Field fields[] = {
+      {3, "" },
+      {7, "1"},
+      {5, "P"}
+  };
+  return declaredatabase("VELMLIB,velmlib,,0,P,0,1", fields, reset);
 }
 
 bool check_docbook(bool reset) {
