@@ -6,9 +6,10 @@
 #include <cstdlib>
 #include <string>
 
-#include "commands/forget.h"
+#include "document/forget.h"
 #include "document/entries.h"
 #include "document/fields.h"
+#include "document/files.h"
 #include "ladder/convertconfig.h"
 #include "ladder/ladder.h"
 #include "legacy/merge.h"
@@ -25,15 +26,21 @@ std::string pathof(const std::string& name) {
 
 std::string sizename(benchmark::State& state) { return "realistic-" + std::to_string(state.range(0)); }
 
+void loadfrom(const std::string& path) {
+  Lock lock{path.c_str()};
+  Original original = Original::opened(lock, path.c_str());
+  load(original);
+}
+
 void given(const std::string& name) {
   forget();
-  load(pathof(name).c_str());
+  loadfrom(pathof(name));
 }
 
 void loading(benchmark::State& state) {
   const std::string path = pathof(sizename(state));
   for (auto _ : state) {
-    load(path.c_str());
+    loadfrom(path);
     state.PauseTiming();
     forget();
     state.ResumeTiming();

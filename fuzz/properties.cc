@@ -1,41 +1,19 @@
 #include "fuzz/properties.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
-#include <new>
-#include <sstream>
 #include <stdexcept>
 
-#include "commands/forget.h"
+#include "document/forget.h"
+#include "document/ends.h"
 #include "document/linestore.h"
+#include "document/observer.h"
+#include "document/parse.h"
 #include "fuzz/work.h"
 
 namespace tolvane::fuzz {
 
 namespace {
-
-namespace fs = std::filesystem;
-
-/// A folder of this process, in memory where there is such a place.
-class Folder {
- public:
-  Folder() : path_((fs::exists("/dev/shm") ? "/dev/shm" : fs::temp_directory_path()) / name()) {
-    fs::create_directories(path_);
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-  ~Folder() { fs::remove_all(path_); }
-
-  [[nodiscard]] const fs::path& path() const { return path_; }
-
- private:
-  static std::string name() { return "tolvane-fuzz-" + std::to_string(getpid()); }
-  fs::path path_;
-};
 
 bool blank(const std::string& line) { return line.find_first_not_of(" \t") == std::string::npos; }
 
@@ -44,26 +22,6 @@ bool blank(const std::string& line) { return line.find_first_not_of(" \t") == st
 void claim(bool holds, const std::string& claim) {
   if (!holds) throw std::logic_error(claim);
 }
-
-std::string pathof(const std::string& name) {
-  static const Folder folder;
-  return folder.path() / name;
-}
-
-void writefile(const std::string& name, std::string_view contents) {
-  std::ofstream file(pathof(name), std::ios::binary);
-  file.write(contents.data(), static_cast<std::streamsize>(contents.size()));
-  claim(file.good(), "the fuzzer can write its files");
-}
-
-std::string readfile(const std::string& name) {
-  std::ifstream file(pathof(name), std::ios::binary);
-  std::ostringstream contents;
-  contents << file.rdbuf();
-  return contents.str();
-}
-
-bool exists(const std::string& name) { return fs::exists(pathof(name)); }
 
 Lines linesof(std::string_view contents) {
   Lines lines;
@@ -101,6 +59,8 @@ std::string contentsof(const Lines& lines) {
 }
 
 bool ends(const std::function<void()>& work, std::uint64_t allowed) {
+  const Observer silent{[](auto...) {}, [](std::string_view) {}};
+  const Observing here{silent};
   forget();
   const std::uint64_t before = workdone();
   bool whole = false;
@@ -113,6 +73,13 @@ bool ends(const std::function<void()>& work, std::uint64_t allowed) {
   const std::uint64_t done = workdone() - before;
   claim(done <= allowed, std::to_string(done) + " blocks are too many");
   return whole;
+}
+
+Lines claimreadable() {
+  const Lines lines = storedlines();
+  claim(contents() == contentsof(lines), "what is written is the store");
+  claim(linesof(contents()) == lines, "what is written can be read");
+  return lines;
 }
 
 void claimkept(const Lines& before, const Lines& after, bool (*kept)(const std::string& line)) {

@@ -1,5 +1,5 @@
-// What the fuzz targets share: a folder for the files of a run, what a file's lines are, and the claims that must hold
-// for any input. A claim that does not hold is a std::logic_error, which nothing catches but a test.
+// What the fuzz targets share: what a file's lines are, and the claims that must hold for any input. No file is
+// involved. A claim that does not hold is a std::logic_error, which nothing catches but a test.
 #pragma once
 
 #include <cstdint>
@@ -15,16 +15,6 @@ using Lines = std::vector<std::string>;
 /// Throws a std::logic_error with the claim unless it holds.
 void claim(bool holds, const std::string& claim);
 
-/// The path of a file in this process's own folder, which is removed at the process's end.
-std::string pathof(const std::string& name);
-
-void writefile(const std::string& name, std::string_view contents);
-
-/// The contents of a file; empty when there is none.
-std::string readfile(const std::string& name);
-
-bool exists(const std::string& name);
-
 /// The lines that the contents of a file stand for: cut at 511 characters, at NUL, and without blank ones.
 Lines linesof(std::string_view contents);
 
@@ -34,8 +24,11 @@ Lines storedlines();
 /// The contents that a file of these lines has.
 std::string contentsof(const Lines& lines);
 
-/// Does the work and claims that it ends in one of the known ways within so many basic blocks. True unless it ended
-/// early.
+/// Claims that the contents of the store can be written and read again, and returns its lines.
+Lines claimreadable();
+
+/// Does the work on an empty store, with an observer, and claims that it ends in one of the known ways within so many
+/// basic blocks. True unless it ended early.
 bool ends(const std::function<void()>& work, std::uint64_t allowed);
 
 /// The blocks that the conversion of so many bytes may take: what all steps look up and add, also in the shortest

@@ -1,8 +1,8 @@
 // The examples show everything: each step of a ladder changes something in the file that stands for it.
-#include "document/linestore.h"
 #include "ladder/ladder.h"
 #include "legacy/convertnetwork.h"
 #include "legacy/convertsystem.h"
+#include "tests/support/program.h"
 #include "tests/support/store.h"
 
 namespace tolvane::test {
@@ -12,8 +12,7 @@ namespace {
 class Examples : public StoreTest {
  protected:
   static void read(const std::string& name) {
-    given("");  // load frees nothing
-    load((std::string(TOLVANE_SOURCE) + "/examples/" + name).c_str());
+    given(contents(std::filesystem::path(TOLVANE_SOURCE) / "examples" / name));
   }
 
   static void expectchangedalone(const std::string& name, std::span<const Step> steps) {

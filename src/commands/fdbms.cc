@@ -1,6 +1,7 @@
-#include "commands/fdbms.h"
-
-#include "commands/versionentry.h"
+#include "commands/commands.h"
+#include "commands/convert.h"
+#include "document/ends.h"
+#include "document/files.h"
 #include "document/series.h"
 
 namespace tolvane {
@@ -9,13 +10,13 @@ int fdbms(const char* path) {
   Lock lock{path};
   Original original = Original::opened(lock, path);
   load(original);
-  versionentry();
+  (void)versionentry();
   // Kept: a database listed behind a gap in the numbers is not seen, and the gap is filled.
   const Place place = locate("[Datasets]", "DataSet_", "FDBMS");
-  if (place.line != nullptr) return 1;
+  if (place.line != nullptr) return ran;
   savenumbered("[Datasets]", "DataSet_", place.number, "FDBMS,fdbms,,0,P,0,0");
   output(original);
-  return 1;
+  return ran;
 }
 
 }  // namespace tolvane

@@ -1,6 +1,5 @@
 // The program's entry: picks the command by the number of words and the command word, and turns the ends of a run into
-// output and exit status. A command that ran returns 1; the usage text and every fatal end return 0: kept. A text that
-// is too long ends the run by an abort.
+// output and exit status. A text that is too long ends the run by an abort.
 #include <fcntl.h>
 #include <malloc.h>
 #include <sys/epoll.h>
@@ -13,9 +12,7 @@
 #include <new>
 #include <string_view>
 
-#include "commands/fdbms.h"
-#include "commands/setparameter.h"
-#include "commands/update.h"
+#include "commands/commands.h"
 #include "document/ends.h"
 #include "document/messages.h"
 #include "legacy/merge.h"
@@ -27,7 +24,7 @@ using Arguments = const char* const*;
 
 int update(Arguments words) { return tolvane::update(words[0]); }
 int fdbms(Arguments words) { return tolvane::fdbms(words[0]); }
-int install(Arguments /*words*/) { return 1; }  // kept: accepts its file and does nothing
+int install(Arguments /*words*/) { return tolvane::ran; }  // kept: accepts its file and does nothing
 int merge(Arguments words) { return tolvane::merge(words[0], words[1], words[2]); }
 int setparameter(Arguments words) { return tolvane::setparameter(words[0], words[1], words[2], words[3]); }
 
@@ -46,38 +43,38 @@ constexpr Command commands[] = {
     {6, "setparameter", setparameter},
 };
 
-/// Returns the exit status 0. Kept: `setparameter` is not mentioned.
+/// Kept: `setparameter` is not mentioned.
 int usage() {
   std::puts("Syntax: tolvane update  <filename.qpx>");
   std::puts("        tolvane merge   <filename.qpx> <config.def> <network.def>");
   std::puts("        tolvane fdbms   <filename.qpx>");
   std::puts("        tolvane install <filename.qpx>");
-  return 0;
+  return tolvane::didnotrun;
 }
 
-int dispatch(int words, Arguments line) {
+int dispatch(int argc, Arguments argv) {
   for (const Command& command : commands) {
-    if (words == command.words && line[1] == command.word) return command.run(line + 2);
+    if (argc == command.words && argv[1] == command.word) return command.run(argv + 2);
   }
   return usage();
 }
 
 int fatal(std::string_view message) {
   tolvane::sayline(message);
-  return 0;
+  return tolvane::didnotrun;
 }
 
 int outofmemory() {
   std::puts("Insufficient memory");
-  return 0;
+  return tolvane::didnotrun;
 }
 
 /// An exception that finds no memory for itself ends here, and is none that is active.
 [[noreturn]] void terminate() {
   if (std::current_exception() != nullptr) std::abort();
-  outofmemory();
+  const int status = outofmemory();
   (void)std::fflush(stdout);
-  std::_Exit(0);
+  std::_Exit(status);
 }
 
 /// Gives the numbers of standard streams that are closed to descriptors that cannot be read, written or opened again,
@@ -90,13 +87,13 @@ void occupystreams() {
 
 }  // namespace
 
-int main(int words, char** line) {
+int main(int argc, char** argv) {
   (void)mallopt(M_TOP_PAD, 1 << 20);    // memory from the system a megabyte at a time: 2 % of a run of 3,000 lines
   (void)std::signal(SIGXFSZ, SIG_IGN);  // a file-size limit is a write that fails, not the end of the process
   std::set_terminate(terminate);
   occupystreams();
   try {
-    return dispatch(words, line);
+    return dispatch(argc, argv);
   } catch (const tolvane::Fatal& end) {
     return fatal(end.message);
   } catch (const std::bad_alloc&) {

@@ -1,6 +1,7 @@
-#include "commands/setparameter.h"
-
+#include "commands/commands.h"
+#include "document/ends.h"
 #include "document/entries.h"
+#include "document/files.h"
 
 namespace tolvane {
 
@@ -8,10 +9,10 @@ int setparameter(const char* path, const char* section, const char* key, const c
   Lock lock{path};
   Original original = Original::opened(lock, path);
   load(original);
-  if (getvalue(section, key) == value) return 1;  // kept: an empty value creates no entry
+  if (getvalue(section, key) == value) return ran;  // kept: an empty value creates no entry
   putentry(section, key, value);
   save(original);  // kept: straight over the file, without a temporary one
-  return 1;
+  return ran;
 }
 
 }  // namespace tolvane

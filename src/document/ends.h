@@ -1,5 +1,6 @@
-// The two ways in which a run ends early. Both are raised where they are noticed and turned into output and exit
-// status in one place, beside `main`; memory that cannot be had is the third, the library's own std::bad_alloc.
+// How a run ends: its two exit statuses, and the two ways in which it ends early. Both are raised where they are
+// noticed and turned into output and exit status in one place, beside `main`; memory that cannot be had is the third,
+// the library's own std::bad_alloc.
 #pragma once
 
 #include <initializer_list>
@@ -8,7 +9,13 @@
 
 namespace tolvane {
 
-/// A condition that the user can mend: its message is printed as one line and the exit status is 0.
+/// The exit status of a command that ran, converted or not. Kept: it is not 0, and the status of every other end is.
+inline constexpr int ran = 1;
+
+/// The exit status of the usage text and of an end for a condition that the user can mend.
+inline constexpr int didnotrun = 0;
+
+/// A condition that the user can mend: its message is printed as one line.
 struct Fatal {
   /// Takes the message in pieces, without its newline; it may be of any length.
   Fatal(std::initializer_list<std::string_view> pieces) {
@@ -23,6 +30,9 @@ inline Fatal unreadable(const char* path) { return Fatal{"Cannot open file ", pa
 
 /// The error for a file that cannot be opened for writing.
 inline Fatal cannotopen(const char* path) { return Fatal{"Cannot open file ", path, " for output."}; }
+
+/// The error for contents that cannot be written.
+inline Fatal cannotwrite() { return Fatal{"Error writing output file"}; }
 
 /// A text outgrew the 511 characters of a line: the run ends by an abort, with every file as it was.
 struct TextTooLong {};

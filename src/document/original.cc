@@ -6,6 +6,7 @@
 #include <cstring>
 #include <new>
 
+#include "document/bytes.h"
 #include "document/ends.h"
 
 namespace tolvane {
@@ -45,7 +46,7 @@ bool Original::lockedin(Lock::Kind kind) {
   return false;
 }
 
-/// Uses separate descriptors for reading and for identity (O_PATH). If this process kept the read end of a FIFO open,
+/// Uses separate descriptors for reading and for identity (O_PATH). If this process held the read end of a FIFO open,
 /// opening it for writing would not wait for a reader.
 Original Original::notregular(Original original) {
   original.reading_ = std::exchange(original.file_, original.open(O_PATH));
@@ -72,11 +73,12 @@ Original Original::replaced(Lock& lock, const char* path) {
 
 Descriptor Original::open(int flags) const { return Descriptor{openat(directory_, name(), flags | O_CLOEXEC)}; }
 
-std::FILE* Original::stream() {
-  if (!reading_.isopen()) reading_ = Descriptor{fcntl(file(), F_DUPFD_CLOEXEC, 0)};
-  std::FILE* const stream = fdopen(reading_.number(), "r");
-  if (stream != nullptr) reading_.release();
-  return stream;
+std::string Original::contents() {
+  const Descriptor reading = std::move(reading_);  // closed at the end, see notregular()
+  std::string bytes;
+  // Half a file must not be taken for the whole one.
+  if (endsrun(readall(reading.isopen() ? reading.number() : file(), bytes))) throw unreadable(path_);
+  return bytes;
 }
 
 bool Original::is(const struct stat& status) const {

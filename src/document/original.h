@@ -4,7 +4,7 @@
 
 #include <sys/stat.h>
 
-#include <cstdio>
+#include <string>
 
 #include "document/descriptor.h"
 #include "document/lock.h"
@@ -29,9 +29,9 @@ class Original {
   /// Returns the descriptor for attributes and identity, -1 if there is none.
   [[nodiscard]] int file() const { return file_.number(); }
 
-  /// Returns a stream that reads the file from its start. Call it once; the caller closes the stream. Returns null,
-  /// with errno set, on error.
-  [[nodiscard]] std::FILE* stream();
+  /// Reads the opened file. Call it once. A directory counts as an empty file. Throws Fatal ("Cannot open file %s for
+  /// input.") if the file cannot be read to its end.
+  [[nodiscard]] std::string contents();
 
   [[nodiscard]] Lock& lock() const { return *lock_; }
 

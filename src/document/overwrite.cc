@@ -9,27 +9,12 @@
 #include <utility>
 
 #include "document/blockedsignals.h"
+#include "document/bytes.h"
 #include "document/ends.h"
-#include "document/written.h"
 
 namespace tolvane {
 
 namespace {
-
-/// Reads the rest of a file of about that many bytes.
-bool readall(int file, std::size_t size, std::string& contents) {
-  contents.resize(size + 1);  // one more, so that its end is seen without growing
-  std::size_t length = 0;
-  while (true) {
-    const ssize_t count = read(file, &contents[length], contents.size() - length);
-    if (count == 0) break;
-    if (count < 0 && errno != EINTR) return false;
-    if (count > 0) length += static_cast<std::size_t>(count);
-    if (length == contents.size()) contents.resize(2 * length);
-  }
-  contents.resize(length);
-  return true;
-}
 
 /// Checks RLIMIT_FSIZE, which fallocate() does not.
 bool allowed(std::size_t size) {
@@ -53,9 +38,9 @@ bool rewrite(int file, std::string_view contents) {
          ftruncate(file, static_cast<off_t>(contents.size())) == 0 && sync(file);
 }
 
-bool overwriteregular(int file, std::size_t size, std::string_view contents) {
+bool overwriteregular(int file, std::string_view contents) {
   std::string old;
-  if (!readall(file, size, old)) return false;
+  if (readall(file, old) != 0) return false;
   const BlockedSignals here;
   if (!allowed(contents.size()) || !reserve(file, contents.size())) return false;
   if (rewrite(file, contents)) return true;
@@ -65,7 +50,8 @@ bool overwriteregular(int file, std::size_t size, std::string_view contents) {
 
 /// Opens the original for writing; a regular file also for reading. A FIFO opened for both would not wait for a reader.
 /// Returns no descriptor if the original cannot be opened, or its name refers to another file.
-Descriptor openover(const Original& original, struct stat& status) {
+Descriptor openover(const Original& original) {
+  struct stat status = {};
   const int flags = (original.regular() ? O_RDWR : O_WRONLY) | O_CLOEXEC;
   Descriptor file{openat(original.directory(), original.name(), flags)};
   const bool same = file.isopen() && fstat(file.number(), &status) == 0 && original.is(status);
@@ -75,12 +61,10 @@ Descriptor openover(const Original& original, struct stat& status) {
 }  // namespace
 
 void overwrite(const Original& original, std::string_view contents) {
-  struct stat status = {};
-  Descriptor file = openover(original, status);
+  Descriptor file = openover(original);
   if (!file.isopen()) throw cannotopen(original.path());
-  bool written = original.regular()
-                     ? overwriteregular(file.number(), static_cast<std::size_t>(status.st_size), contents)
-                     : writeall(file.number(), contents) && sync(file.number());
+  bool written = original.regular() ? overwriteregular(file.number(), contents)
+                                    : writeall(file.number(), contents) && sync(file.number());
   written = file.close() && written;
   if (!written) throw cannotwrite();
 }

@@ -12,9 +12,10 @@
 
 #include "document/attributes.h"
 #include "document/blockedsignals.h"
+#include "document/bytes.h"
 #include "document/ends.h"
 #include "document/messages.h"
-#include "document/written.h"
+#include "document/names.h"
 
 namespace tolvane {
 
@@ -30,11 +31,7 @@ bool renamed(const Original& original, const char* from, const char* to) {
   return renameat(original.directory(), from, original.directory(), to) == 0;
 }
 
-/// Removes a file or an empty directory, like remove(3).
-bool removed(const Original& original, const char* name) {
-  return unlinkat(original.directory(), name, 0) == 0 ||
-         (errno == EISDIR && unlinkat(original.directory(), name, AT_REMOVEDIR) == 0);
-}
+bool removed(const Original& original, const char* name) { return tolvane::removed(original.directory(), name); }
 
 /// Returns true if the name (not following symbolic links) refers to another file than that, or to no file any more.
 bool namesanother(const Original& original, const char* name, int file) {
@@ -48,18 +45,17 @@ bool namesanother(const Original& original, const char* name, int file) {
 /// belong to a regular file, or cannot be removed.
 bool removestale(const Original& original, const Text& temporary) {
   const char* const name = original.nameof(temporary);
-  struct stat status = {};
-  while (fstatat(original.directory(), name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
-    if (!S_ISREG(status.st_mode)) return false;
+  Standing standing = standingunder(original.directory(), name);
+  for (; standing == Standing::regular; standing = standingunder(original.directory(), name)) {
     const int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
     const Descriptor stale{openat(original.directory(), name, flags)};
-    if (stale.isopen() && !original.is(status) && !original.lock().add(stale.number(), temporary.c_str())) continue;
+    if (stale.isopen() && !original.isnamed(name) && !original.lock().add(stale.number(), temporary.c_str())) continue;
     if (!stale.isopen() || !namesanother(original, name, stale.number())) {
       return removed(original, name) || errno == ENOENT;
     }
     original.lock().wait();
   }
-  return true;
+  return givesway(standing);
 }
 
 /// Creates the temporary file and locks it: a run under the same inherited lock waits for nothing else. Returns no
@@ -130,17 +126,17 @@ Refused replacelinked(const Original& original, const Text& temporary, const cha
 /// Renames the original to the backup's name, and the temporary file to the name of the original.
 Refused replacerenamed(const Original& original, const Text& temporary, const char* backup) {
   Refused refused;
-  const bool kept = renamed(original, original.name(), backup);
-  if (!kept) refused.keeping = errno;
+  const bool moved = renamed(original, original.name(), backup);
+  if (!moved) refused.keeping = errno;
   refused.replacing = finish(original, temporary);
-  if (kept && refused.replacing != 0) (void)renamed(original, backup, original.name());
+  if (moved && refused.replacing != 0) (void)renamed(original, backup, original.name());
   return refused;
 }
 
 Refused keep(const Original& original, const Text& temporary, const Text& backup) {
   const char* const old = original.nameof(backup);
   (void)removed(original, old);  // kept: with the suffix "tmp" this is what was just saved, and the original stays
-  if (backup == temporary) return {};
+  if (losescontents(temporary, backup)) return {};
   if (linked(original, old)) return replacelinked(original, temporary, old);
   if (original.isnamed(original.name())) return replacerenamed(original, temporary, old);
   (void)removed(original, original.nameof(temporary));
@@ -184,9 +180,6 @@ void complainof(const Original& original, const Text& temporary, int error) {
 }
 
 }  // namespace
-
-Text temporaryname(const char* path) { return Text(std::string_view(path), "_tmp"); }
-Text backupname(const char* path, std::string_view suffix) { return Text(std::string_view(path), '_', suffix); }
 
 void replace(Original& original, std::string_view contents) {
   const Text temporary = temporaryname(original.path());

@@ -12,11 +12,6 @@
 
 namespace tolvane {
 
-/// Return the names of the temporary file and of the backup of a file: its path and "_tmp"; its path, "_" and the
-/// suffix. Throw TextTooLong if the name would be longer than 511 characters.
-Text temporaryname(const char* path);
-Text backupname(const char* path, std::string_view suffix);
-
 /// Replaces the original: writes the contents to the temporary file and renames it. First waits for any run that still
 /// uses the temporary file, and removes a stale one. Throws Fatal if that name belongs to anything but a regular file.
 /// The new file gets the attributes of the original, and is never open to more users. If the original is missing, the

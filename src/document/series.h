@@ -1,6 +1,6 @@
-// Numbered series: lists kept as the entries <prefix>1, <prefix>2, ... of a section. A series is read from 1 upward and
-// ends at the first number that has no entry: what stands behind such a gap is never seen, and the gap is the number
-// that a new entry takes.
+// Numbered series: lists written as the entries <prefix>1, <prefix>2, ... of a section. A series is read from 1 upward
+// and ends at the first number that has no entry: what stands behind such a gap is never seen, and the gap is the
+// number that a new entry takes.
 #pragma once
 
 #include <string_view>

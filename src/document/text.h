@@ -8,7 +8,6 @@
 #include <array>
 #include <charconv>
 #include <concepts>
-#include <cstdio>
 #include <cstring>
 #include <string_view>
 
@@ -54,14 +53,6 @@ class Text {
     std::array<char, 20> digits;  // the longest is -9223372036854775808
     const auto end = std::to_chars(digits.begin(), digits.end(), integer).ptr;
     append(std::string_view(digits.begin(), end));
-  }
-
-  /// Reads what is left of the next line, at most 511 characters of it, without its newline. False at the end of the
-  /// file and when reading fails.
-  bool read(std::FILE* file) {
-    if (std::fgets(characters_, sizeof characters_, file) == nullptr) return false;
-    characters_[std::strcspn(characters_, "\n")] = '\0';
-    return true;
   }
 
   [[nodiscard]] bool empty() const { return characters_[0] == '\0'; }

@@ -1,6 +1,7 @@
 // The versions of the configuration parameter file, and the one comparison between them.
 #pragma once
 
+#include <algorithm>
 #include <iterator>
 #include <string_view>
 
@@ -13,6 +14,11 @@ inline constexpr std::string_view sVersions[] = {
     "3.21", "3.3",  "4.0",  "4.1",  "4.2",  "5.0",  "5.0.5", "5.2",  "5.3",  "5.31", "5.32", "5.33", "5.34",
     "5.35", "5.36", "5.37", "5.38", "5.39", "5.40", "5.41",  "5.42", "5.43", "5.44", "5.45",
 };
+
+/// True when the version is in the list.
+constexpr bool versionknown(std::string_view version) {
+  return std::find(std::begin(sVersions), std::end(sVersions), version) != std::end(sVersions);
+}
 
 inline constexpr std::string_view currentversion = sVersions[std::size(sVersions) - 1];
 

@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "document/edits.h"
-#include "document/watch.h"
+#include "document/observer.h"
 #include "ladder/platformrecord.h"
 
 namespace tolvane {

@@ -6,8 +6,8 @@
 #include <span>
 #include <string_view>
 
+#include "document/observer.h"
 #include "document/versions.h"
-#include "document/watch.h"
 
 namespace tolvane {
 
@@ -18,17 +18,17 @@ struct Step {
   std::string_view phrase;  // what it is about
 };
 
-/// The steps that are newer than the version come last: how many they are. None for a version that is not known.
+/// The number of steps that are newer than the version, which are the last ones. 0 for a version that is not known.
 inline std::size_t pending(std::span<const Step> ladder, std::string_view version) {
   return static_cast<std::size_t>(std::count_if(ladder.begin(), ladder.end(),
                                                 [=](const Step& step) { return versionolder(step.version, version); }));
 }
 
 /// Applies every step that is newer than the version, oldest first. A step never looks at whether another one ran; a
-/// version that is not known applies none.
-inline void climb(std::span<const Step> ladder, std::string_view version) {
+/// version that is not known applies none. The name of the ladder is for the observer.
+inline void climb(std::string_view name, std::span<const Step> ladder, std::string_view version) {
   for (const Step& step : ladder.last(pending(ladder, version))) {
-    watch.part(step.version, step.phrase);
+    beginstep(name, step.version, step.phrase);
     step.apply();
   }
 }

@@ -10,18 +10,20 @@ namespace tolvane {
 namespace {
 
 bool checkplatform() {
-  watch.part({}, "platform check");
+  beginpart("platform check");
   return check_platupg();
 }
 
 }  // namespace
 
+bool passesgate(std::string_view version) { return versionolder(currentversion, version); }
+
 bool convertconfig(std::string_view version) {
-  // Kept: what the check changes in a file of an unknown version gets that file the current version, without a step.
-  if (!versionolder(currentversion, version)) return checkplatform();
-  climb(ladder, version);
+  // Kept: if the platform check edits a file of an unknown version, `update` still gives it the current version.
+  if (!passesgate(version)) return checkplatform();
+  climb("main", ladder, version);
   checkplatform();  // a platform that may not be taken over has drawn its warning; the file is converted all the same
-  watch.part({}, "version in the platform record");
+  beginpart("version in the platform record");
   setplatformrecord(replacefield(platformrecord(), 3, '~', currentversion));
   return true;
 }

@@ -1,7 +1,6 @@
 // The steps "5.0" to "5.2".
 #include "document/edits.h"
 #include "document/entries.h"
-#include "document/numbers.h"
 #include "document/series.h"
 #include "ladder/check_zpg.h"
 #include "ladder/legacynetwork.h"

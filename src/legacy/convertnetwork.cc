@@ -202,6 +202,6 @@ static_assert(ascends(steps));
 
 const std::span<const Step> networkladder = steps;
 
-void convertnetwork(std::string_view version) { climb(networkladder, version); }
+void convertnetwork(std::string_view version) { climb("network", networkladder, version); }
 
 }  // namespace tolvane

@@ -94,6 +94,6 @@ static_assert(ascends(steps));
 
 const std::span<const Step> systemladder = steps;
 
-void convertsystem(std::string_view version) { climb(systemladder, version); }
+void convertsystem(std::string_view version) { climb("system", systemladder, version); }
 
 }  // namespace tolvane

@@ -1,7 +1,6 @@
 #include "preview/account.h"
 
 #include <algorithm>
-#include <span>
 
 #include "preview/align.h"
 

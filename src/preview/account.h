@@ -4,8 +4,7 @@
 //   kept     it stands in both, in the same order
 //   moved    the same text stands in another place, perhaps in another section
 //   changed  the entry has another value: same section and key; or another number in its series: same section and
-//   value,
-//            and a key that differs in its last digits alone
+//            value, and a key that differs in its last digits alone
 //   removed  stands in the earlier state only
 //   added    stands in the later state only
 // so that kept + changed + moved + removed are the lines before, and kept + changed + moved + added those after. Where

@@ -3,10 +3,10 @@
 // for a value may be too long before it is known where it goes.
 #include "preview/culprit.h"
 
+#include "document/bytes.h"
 #include "document/ends.h"
-#include "document/entries.h"
-#include "document/watch.h"
-#include "preview/lines.h"
+#include "document/observer.h"
+#include "preview/conversion.h"
 
 namespace tolvane {
 
@@ -15,91 +15,77 @@ namespace {
 /// A line of at most so many characters never grows too long: no step adds half a line.
 constexpr std::size_t uncut = Text::maximum / 2;
 
-/// A line that is longer, and the section that it stands in.
+/// A line that is longer, by its source and its place among the lines there.
 struct Candidate {
   std::size_t source;
-  Loaded line;
-  std::string_view section;
-};
-
-/// A run: the inputs that it is given, and how far it got.
-struct Run {
-  std::vector<Input> inputs;
-  std::size_t opened = 0;
-  std::size_t parts = 0;
-};
-
-Run* running = nullptr;
-
-constexpr Watch rerun{
-    [](const char* /*path*/) { return serve(running->inputs[running->opened++]); },
-    [] {},
-    [](std::string_view /*version*/, std::string_view /*phrase*/) { ++running->parts; },
-    [](std::string_view /*text*/) {},
+  std::size_t place;
 };
 
 std::vector<Candidate> candidates(const Preview& preview) {
   std::vector<Candidate> found;
   for (std::size_t source = 0; source < preview.sources.size(); ++source) {
-    std::string_view section;
-    for (const Loaded& line : preview.sources[source].reading.lines) {
-      if (line.text.starts_with('[')) section = line.text;
-      if (line.text.size() > uncut) found.push_back({source, line, section});
+    const Snapshot& lines = preview.sources[source].lines;
+    for (std::size_t place = 0; place < lines.size(); ++place) {
+      if (preview.words.text(lines[place].text).size() > uncut) found.push_back({source, place});
     }
   }
   return found;
 }
 
-/// The sources with all candidates cut short but for the first `whole` ones.
-std::vector<Input> inputs(const Preview& preview, std::size_t whole) {
-  std::vector<Input> result;
+/// The contents of the sources with all candidates cut short but for the first `whole` ones.
+std::vector<std::string> cutshort(const Preview& preview, std::size_t whole) {
+  std::vector<std::string> result;
   std::size_t met = 0;
   for (const Source& source : preview.sources) {
-    Input& input = result.emplace_back();
-    input.openerror = source.input.openerror;
-    for (const Loaded& line : source.reading.lines) {
-      const bool cut = line.text.size() > uncut && met++ >= whole;
-      input.bytes.append(cut ? line.text.substr(0, uncut) : line.text).append(1, '\n');
+    std::string& contents = result.emplace_back();
+    for (const Entry& line : source.lines) {
+      const std::string_view text = preview.words.text(line.text);
+      const bool cut = text.size() > uncut && met++ >= whole;
+      contents.append(cut ? text.substr(0, uncut) : text).append(1, '\n');
     }
   }
   return result;
 }
 
 /// True when the run ends for a line that is too long, in the part in which the preview ended.
-bool endslikewise(const Preview& preview, Convert convert, std::size_t whole) {
-  Run run{inputs(preview, whole)};
-  running = &run;
-  const Forgetting afterwards;
+bool endslikewise(const Preview& preview, std::size_t whole) {
+  const std::vector<std::string> contents = cutshort(preview, whole);
+  std::size_t parts = 0;
+  const Observer counting{[&parts](auto...) { ++parts; }, [](std::string_view) {}};
+  const Observing here{counting};
   try {
-    convert(preview.request);
+    (void)convertsources(contents.size(), [&](std::size_t source, const Aside* /*system*/) {
+      if (endsrun(preview.sources[source].input.error)) throw unreadable("");
+      parse(contents[source]);
+    });
   } catch (const TextTooLong&) {
-    return run.parts == preview.parts.size();
+    return parts == preview.parts.size();
   } catch (const Fatal&) {
     return false;
   }
   return false;
 }
 
-LongLine named(const Candidate& candidate) {
-  const std::string_view text = candidate.line.text;
-  return {candidate.source, candidate.line.number, std::string(candidate.section),
+LongLine named(const Preview& preview, const Candidate& candidate) {
+  const Source& source = preview.sources[candidate.source];
+  const Entry& line = source.lines[candidate.place];
+  const std::string_view text = preview.words.text(line.text);
+  return {candidate.source, source.reading.numbers[candidate.place], std::string(preview.words.text(line.section)),
           std::string(text.substr(0, text.find('='))), text.size()};
 }
 
 }  // namespace
 
-std::optional<LongLine> culprit(const Preview& preview, Convert convert) {
+std::optional<LongLine> culprit(const Preview& preview) {
   const std::vector<Candidate> lines = candidates(preview);
-  watch = rerun;
   std::size_t fine = 0;
   std::size_t toomany = lines.size();
-  bool found = !endslikewise(preview, convert, fine) && endslikewise(preview, convert, toomany);
-  while (found && toomany - fine > 1) {
+  if (endslikewise(preview, fine) || !endslikewise(preview, toomany)) return {};
+  while (toomany - fine > 1) {
     const std::size_t middle = fine + (toomany - fine) / 2;
-    (endslikewise(preview, convert, middle) ? toomany : fine) = middle;
+    (endslikewise(preview, middle) ? toomany : fine) = middle;
   }
-  watch = nobody;
-  return found ? std::optional(named(lines[toomany - 1])) : std::nullopt;
+  return named(preview, lines[toomany - 1]);
 }
 
 }  // namespace tolvane

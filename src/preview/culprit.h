@@ -7,12 +7,9 @@
 
 namespace tolvane {
 
-/// Converts as the preview's request says, with other hands on the watch.
-using Convert = void (*)(const Request& request);
-
 /// The line of the preview's sources without whose length the conversion would not end in the part that it ended in:
-/// the first one that, whole, is too much. None when no line is to blame. Empties the line store; nobody
-/// watches afterwards.
-std::optional<LongLine> culprit(const Preview& preview, Convert convert);
+/// the first one that, whole, is too much. None when no line is to blame. Empties the line store, and leaves
+/// no observer.
+std::optional<LongLine> culprit(const Preview& preview);
 
 }  // namespace tolvane

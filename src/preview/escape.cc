@@ -1,7 +1,5 @@
 #include "preview/escape.h"
 
-#include <algorithm>
-
 namespace tolvane {
 
 namespace {

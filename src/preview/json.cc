@@ -1,6 +1,6 @@
-#include "preview/json.h"
-
+// The preview as JSON.
 #include "preview/escape.h"
+#include "preview/forms.h"
 
 namespace tolvane {
 
@@ -28,7 +28,6 @@ std::string array(const Items& items, Write write) {
   return text + ']';
 }
 
-std::string number(std::size_t value) { return std::to_string(value); }
 std::string boolean(bool value) { return value ? "true" : "false"; }
 std::string quotedornull(std::string_view text) { return text.empty() ? "null" : quoted(text); }
 
@@ -39,9 +38,9 @@ std::string file(const Source& source) {
       .with("version", known(source.version))
       .with("platform", known(source.platform))
       .with("family", known(source.family))
-      .with("blank", number(source.reading.blank))
-      .with("split", number(source.reading.split))
-      .with("cut", number(source.reading.cut))
+      .with("blank", std::to_string(source.reading.blank))
+      .with("split", std::to_string(source.reading.split))
+      .with("cut", std::to_string(source.reading.cut))
       .text();
 }
 
@@ -84,13 +83,13 @@ std::string backup(const std::optional<Backup>& backup) {
 std::string lines(const Preview& preview) {
   const Account& account = preview.account;
   return Object()
-      .with("before", number(preview.before))
-      .with("after", number(preview.after))
-      .with("kept", number(account.kept))
-      .with("changed", number(account.changed))
-      .with("moved", number(account.moved))
-      .with("removed", number(account.removed))
-      .with("added", number(account.added))
+      .with("before", std::to_string(preview.before))
+      .with("after", std::to_string(preview.after))
+      .with("kept", std::to_string(account.kept))
+      .with("changed", std::to_string(account.changed))
+      .with("moved", std::to_string(account.moved))
+      .with("removed", std::to_string(account.removed))
+      .with("added", std::to_string(account.added))
       .text();
 }
 
@@ -99,10 +98,10 @@ std::string longline(const Preview& preview) {
   const LongLine& line = *preview.trouble->line;
   return Object()
       .with("path", quoted(preview.sources[line.source].path))
-      .with("number", number(line.number))
+      .with("number", std::to_string(line.number))
       .with("section", quotedornull(line.section))
       .with("key", quoted(line.key))
-      .with("length", number(line.length))
+      .with("length", std::to_string(line.length))
       .text();
 }
 
@@ -131,7 +130,7 @@ std::string json(const Preview& preview) {
           .with("command", quoted(preview.request.merge() ? "merge" : "update"))
           .with("files", array(preview.sources, file))
           .with("outcome", quoted(outcome(preview.outcome)))
-          .with("pending", number(preview.pending))
+          .with("pending", std::to_string(preview.pending))
           .with("parts", array(preview.parts, [&](const Part& item) { return part(item, preview.words); }))
           .with("messages", array(preview.messagelines(), quoted))
           .with("backup", backup(preview.backup))

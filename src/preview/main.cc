@@ -15,9 +15,8 @@
 
 #include "document/versions.h"
 #include "preview/escape.h"
-#include "preview/json.h"
+#include "preview/forms.h"
 #include "preview/preview.h"
-#include "preview/report.h"
 #include "preview/unified.h"
 
 namespace {
@@ -78,35 +77,22 @@ void choose(Options& options, Form form) {
 
 void choosecolor(Options& options, std::string_view when) {
   options.wrong |= when != "auto" && when != "always" && when != "never";
-  options.color = when == "always" ? When::always : when == "never" ? When::never : When::automatic;
+  if (when == "always") options.color = When::always;
+  if (when == "never") options.color = When::never;
+  if (when == "auto") options.color = When::automatic;
 }
 
-Options read(int words, char** line) {
+Options read(int argc, char** argv) {
   Options options;
   opterr = 0;
-  for (int letter = 0; (letter = getopt_long(words, line, "", longoptions, nullptr)) != -1;) {
-    switch (letter) {
-      case 'd':
-        choose(options, Form::diff);
-        break;
-      case 'j':
-        choose(options, Form::json);
-        break;
-      case 's':
-        choose(options, Form::summary);
-        break;
-      case 'c':
-        choosecolor(options, optarg);
-        break;
-      case 'h':
-        options.help = true;
-        break;
-      case 'v':
-        options.version = true;
-        break;
-      default:
-        options.wrong = true;
-    }
+  for (int letter = 0; (letter = getopt_long(argc, argv, "", longoptions, nullptr)) != -1;) {
+    if (letter == 'd') choose(options, Form::diff);
+    if (letter == 'j') choose(options, Form::json);
+    if (letter == 's') choose(options, Form::summary);
+    if (letter == 'c') choosecolor(options, optarg);
+    options.help |= letter == 'h';
+    options.version |= letter == 'v';
+    options.wrong |= letter == '?';
   }
   return options;
 }
@@ -119,13 +105,15 @@ bool colored(When when) {
   return isatty(STDOUT_FILENO) == 1 && !dumb && (nocolor == nullptr || *nocolor == '\0');
 }
 
-int printerror = 0;  // the first, why something that was printed got lost
+/// Prints on standard output, and remembers the first error, 0 for none.
+struct Output {
+  int error = 0;
 
-void printed(bool whole) {
-  if (!whole && printerror == 0) printerror = errno;
-}
-
-void print(std::string_view text) { printed(std::fwrite(text.data(), 1, text.size(), stdout) == text.size()); }
+  void check(bool whole) {
+    if (!whole && error == 0) error = errno;
+  }
+  void print(std::string_view text) { check(std::fwrite(text.data(), 1, text.size(), stdout) == text.size()); }
+};
 
 /// One line on standard error.
 void complain(std::string_view about, std::string_view what) {
@@ -143,16 +131,10 @@ std::string diff(const Preview& preview, bool color) {
 }
 
 std::string formed(const Preview& preview, const Options& options) {
-  switch (options.form) {
-    case Form::diff:
-      return diff(preview, colored(options.color));
-    case Form::json:
-      return tolvane::json(preview);
-    case Form::summary:
-      return tolvane::summary(preview);
-    default:
-      return tolvane::report(preview, colored(options.color));
-  }
+  if (options.form == Form::diff) return diff(preview, colored(options.color));
+  if (options.form == Form::json) return tolvane::json(preview);
+  if (options.form == Form::summary) return tolvane::summary(preview);
+  return tolvane::report(preview, colored(options.color));
 }
 
 std::string nameof(const Request& request) {
@@ -161,13 +143,14 @@ std::string nameof(const Request& request) {
 }
 
 /// Shows the preview of one request and returns the exit status for it.
-int show(const Request& request, const Options& options) {
+int show(const Request& request, const Options& options, Output& output) {
   try {
     const Preview preview = tolvane::previewof(request);
-    print(formed(preview, options));
-    printed(std::fflush(stdout) == 0);  // before what is complained about
+    output.print(formed(preview, options));
+    output.check(std::fflush(stdout) == 0);  // before what is complained about
     if (preview.outcome == Outcome::trouble) complain(nameof(request), tolvane::troubletext(preview));
-    return preview.outcome == Outcome::trouble ? trouble : preview.outcome == Outcome::changed ? somechange : nochange;
+    if (preview.outcome == Outcome::trouble) return trouble;
+    return preview.outcome == Outcome::changed ? somechange : nochange;
   } catch (const std::bad_alloc&) {
     complain(request.path, "Insufficient memory");
     return trouble;
@@ -179,54 +162,54 @@ int usage() {
   return trouble;
 }
 
-int help() {
-  print(usagetext);
-  print(helptext);
+int help(Output& output) {
+  output.print(usagetext);
+  output.print(helptext);
   return nochange;
 }
 
-int version() {
-  print("tolvane-preview ");
-  print(tolvane::currentversion);
-  print("\n");
+int version(Output& output) {
+  output.print(std::string("tolvane-preview ").append(tolvane::currentversion) + '\n');
   return nochange;
 }
 
 /// A blank line stands between two reports.
-int showall(char** paths, char** end, const Options& options) {
+int showall(char** paths, char** end, const Options& options, Output& output) {
   int status = nochange;
   for (char** path = paths; path != end; ++path) {
-    if (options.form == Form::report && path != paths) print("\n");
-    status = std::max(status, show({*path}, options));
+    if (options.form == Form::report && path != paths) output.print("\n");
+    status = std::max(status, show({*path}, options, output));
   }
   return status;
 }
 
-int run(int words, char** line) {
-  const Options options = read(words, line);
+int run(int argc, char** argv, Output& output) {
+  const Options options = read(argc, argv);
   if (options.wrong) return usage();
-  if (options.help) return help();
-  if (options.version) return version();
-  char** const first = line + optind;
-  char** const end = line + words;
+  if (options.help) return help(output);
+  if (options.version) return version(output);
+  char** const first = argv + optind;
+  char** const end = argv + argc;
   if (first == end) return usage();
-  if (std::string_view(*first) != "merge") return showall(first, end, options);
-  return end - first == 3 ? show({first[1], first[2]}, options) : usage();
+  if (std::string_view(*first) != "merge") return showall(first, end, options, output);
+  return end - first == 3 ? show({first[1], first[2]}, options, output) : usage();
 }
 
 /// The status, unless what was printed got lost on its way.
-int delivered(int status) {
-  printed(std::fflush(stdout) == 0);
-  printed(std::fclose(stdout) == 0);
-  if (printerror == 0) return status;
-  if (printerror != EPIPE) complain("standard output", std::strerror(printerror));
+int delivered(int status, Output& output) {
+  output.check(std::fflush(stdout) == 0);
+  output.check(std::fclose(stdout) == 0);
+  if (output.error == 0) return status;
+  if (output.error != EPIPE) complain("standard output", std::strerror(output.error));
   return trouble;
 }
 
 }  // namespace
 
-int main(int words, char** line) {
+int main(int argc, char** argv) {
   (void)std::signal(SIGPIPE, SIG_IGN);  // a reader that has gone is trouble like any other
   (void)std::signal(SIGXFSZ, SIG_IGN);
-  return delivered(run(words, line));
+  Output output;
+  const int status = run(argc, argv, output);
+  return delivered(status, output);
 }

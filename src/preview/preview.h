@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "document/parse.h"
 #include "preview/account.h"
 #include "preview/input.h"
 
@@ -24,6 +25,7 @@ struct Source {
   std::string path;
   Input input;
   Reading reading;
+  Snapshot lines;  // as they were read
   bool loaded = false;
   std::string version;
   std::string platform;

@@ -1,10 +1,8 @@
-#include "preview/report.h"
-
-#include <algorithm>
-#include <iterator>
-
+// The preview in words.
 #include "document/versions.h"
-#include "preview/escape.h"
+#include "document/visible.h"
+#include "ladder/convertconfig.h"
+#include "preview/forms.h"
 
 namespace tolvane {
 
@@ -32,23 +30,6 @@ struct Page {
     }
   }
 };
-
-std::string number(std::size_t value) { return std::to_string(value); }
-
-/// "1 step", "2 steps".
-std::string counted(std::size_t value, const std::string& thing) {
-  return number(value) + ' ' + thing + (value == 1 ? "" : "s");
-}
-
-bool known(std::string_view version) {
-  return std::find(std::begin(sVersions), std::end(sVersions), version) != std::end(sVersions);
-}
-
-std::string versiontext(const Source& source) {
-  if (source.version.empty()) return "no version";
-  if (source.version == currentversion) return "version " + source.version + " (current)";
-  return "version " + visible(source.version) + (known(source.version) ? "" : " (not known)");
-}
 
 std::string sourcetext(const Source& source) {
   std::string text = visible(source.path) + ": " + versiontext(source);
@@ -163,12 +144,6 @@ std::string whynothing(const Preview& preview) {
   return "update would write nothing: the version is not known.";
 }
 
-/// Of a version that no step leads on from.
-bool unknown(const Preview& preview) {
-  const Source& source = preview.sources[0];
-  return !preview.request.merge() && !known(source.version);
-}
-
 std::string whatever(const Preview& preview) {
   if (preview.trouble && preview.trouble->unread) return troubletext(preview);
   if (preview.trouble) return std::string(command(preview)) + " would write nothing. " + troubletext(preview);
@@ -177,16 +152,18 @@ std::string whatever(const Preview& preview) {
     return "merge would write the result to its FILE, and keep no backup of one that is there.";
   const std::string text =
       "update would write " + visible(preview.sources[0].path) + " in version " + std::string(currentversion);
-  if (unknown(preview)) return text + ", though its version is not known and it passes no step.";
-  return text + (preview.pending > 0 ? "." : ", though it passes no step.");
+  if (isunknown(preview)) return text + ", though its version is not known and it passes no step.";
+  return text + (passesgate(preview.sources[0].version) ? "." : ", though it passes no step.");
 }
 
 void writeaccount(const Preview& preview, Page& page) {
   const Account& account = preview.account;
-  const std::string common =
-      number(account.kept) + " kept + " + number(account.changed) + " changed + " + number(account.moved) + " moved + ";
-  page.line("  Lines before: " + number(preview.before) + " = " + common + number(account.removed) + " removed");
-  page.line("  Lines after:  " + number(preview.after) + " = " + common + number(account.added) + " added");
+  const std::string common = std::to_string(account.kept) + " kept + " + std::to_string(account.changed) +
+                             " changed + " + std::to_string(account.moved) + " moved + ";
+  page.line("  Lines before: " + std::to_string(preview.before) + " = " + common + std::to_string(account.removed) +
+            " removed");
+  page.line("  Lines after:  " + std::to_string(preview.after) + " = " + common + std::to_string(account.added) +
+            " added");
   std::size_t blank = 0;
   std::size_t split = 0;
   std::size_t cut = 0;
@@ -196,8 +173,8 @@ void writeaccount(const Preview& preview, Page& page) {
     cut += source.reading.cut;
   }
   if (preview.outcome == Outcome::unchanged) return;
-  page.line("  Blank lines dropped: " + number(blank) + "; lines split at 511 characters: " + number(split) +
-            (cut == 0 ? "" : "; lines cut at a NUL byte: " + number(cut)));
+  page.line("  Blank lines dropped: " + std::to_string(blank) + "; lines split at 511 characters: " +
+            std::to_string(split) + (cut == 0 ? "" : "; lines cut at a NUL byte: " + std::to_string(cut)));
 }
 
 void writeresult(const Preview& preview, Page& page) {
@@ -210,42 +187,7 @@ void writeresult(const Preview& preview, Page& page) {
   writeaccount(preview, page);
 }
 
-std::string inpart(const Part& part) {
-  return part.version.empty() ? std::string(" in the part \"").append(part.phrase) + '"'
-                              : std::string(" in step ").append(part.version) + " (" + std::string(part.phrase) + ')';
-}
-
-std::string linetext(const Preview& preview, const LongLine& line) {
-  return "line " + number(line.number) + " of " + visible(preview.sources[line.source].path) + ", \"" +
-         visible(line.key) + "\" in " + (line.section.empty() ? "no section" : visible(line.section)) + ", " +
-         counted(line.length, "character") + " long";
-}
-
-std::string backupoutlook(const Backup& backup) {
-  const std::string name = "backup " + visible(backup.name);
-  if (!backup.obstacle.empty()) return "no " + name + " (" + backup.obstacle + ')';
-  if (backup.link) return name + " (the symbolic link itself)";
-  return name + (backup.replaces ? " (replaced)" : "");
-}
-
-/// What would happen, in few words.
-std::string outlook(const Preview& preview) {
-  if (preview.trouble) return (preview.trouble->unread ? "" : "would end: ") + troubletext(preview);
-  const std::string warned = preview.messages.empty() ? "" : " with a warning";
-  if (preview.outcome == Outcome::unchanged) return "would stay as it is" + (warned.empty() ? "" : ',' + warned);
-  if (!preview.backup) return "would be built" + warned;
-  const std::string done = unknown(preview) ? "would be written without a step" : "would be upgraded";
-  return done + warned + ", " + backupoutlook(*preview.backup);
-}
-
 }  // namespace
-
-std::string troubletext(const Preview& preview) {
-  const Trouble& trouble = *preview.trouble;
-  if (!trouble.toolong) return visible(trouble.message);
-  std::string text = trouble.message + inpart(preview.parts.back());
-  return trouble.line ? text + ": " + linetext(preview, *trouble.line) : text;
-}
 
 std::string report(const Preview& preview, bool color) {
   Page page{color, {}};
@@ -259,21 +201,6 @@ std::string report(const Preview& preview, bool color) {
   writemessages(preview, page);
   writeresult(preview, page);
   return page.text;
-}
-
-std::string summary(const Preview& preview) {
-  std::string text;
-  for (const Source& source : preview.sources) {
-    text += (text.empty() ? "" : " + ") + visible(source.path);
-    if (source.loaded && preview.request.merge()) text += " (" + versiontext(source) + ')';
-  }
-  const Account& account = preview.account;
-  if (!preview.request.merge() && preview.sources[0].loaded) text += ": " + versiontext(preview.sources[0]);
-  if (preview.sources.back().loaded) {
-    text += ", " + counted(preview.pending, "step") + " pending, " +
-            counted(account.changed + account.moved + account.removed + account.added, "line") + " changed";
-  }
-  return text + ": " + outlook(preview) + '\n';
 }
 
 }  // namespace tolvane

@@ -18,15 +18,6 @@ namespace fs = std::filesystem;
 class Originals : public ProgramTest {
  protected:
   [[nodiscard]] std::string path(const char* name = "a") const { return folder / name; }
-
-  /// Everything that its stream gives.
-  [[nodiscard]] static std::string read(Original& original) {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream{original.stream(), std::fclose};
-    EXPECT_NE(stream, nullptr);
-    std::string text(100, '\0');
-    text.resize(std::fread(text.data(), 1, text.size(), stream.get()));
-    return text;
-  }
 };
 
 TEST_F(Originals, AreReadFromTheOpenedFile) {
@@ -36,7 +27,7 @@ TEST_F(Originals, AreReadFromTheOpenedFile) {
   Original original = Original::opened(lock, name.c_str());
   fs::rename(path(), path("other"));
   write(path(), "new\n");
-  EXPECT_EQ(read(original), "old\n");
+  EXPECT_EQ(original.contents(), "old\n");
   EXPECT_FALSE(original.isnamed("a"));
   EXPECT_TRUE(original.isnamed("other"));
   EXPECT_FALSE(original.isnamed("missing"));
@@ -57,7 +48,7 @@ TEST_F(Originals, ThatAreReplacedBeforeTheyAreLockedAreOpenedAgain) {
   });
   Original original = Original::opened(lock, name.c_str());
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "tolvane: waiting for the lock on " + name + "\n");
-  EXPECT_EQ(read(original), "new\n");
+  EXPECT_EQ(original.contents(), "new\n");
   EXPECT_TRUE(original.isnamed("a"));
 }
 

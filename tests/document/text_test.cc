@@ -59,33 +59,6 @@ TEST(Text, KnowsItsFirstCharacter) {
   EXPECT_FALSE(Text(" ").empty());
 }
 
-TEST(Text, ReadsALineWithoutItsNewline) {
-  std::string input = "one\r\n\n" + std::string(512, 'x') + "\nlast";
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(fmemopen(input.data(), input.size(), "r"), std::fclose);
-  Text text;
-  EXPECT_TRUE(text.read(file.get()));
-  EXPECT_EQ(text, "one\r");
-  EXPECT_TRUE(text.read(file.get()));
-  EXPECT_EQ(text, "");
-  EXPECT_TRUE(text.read(file.get()));
-  EXPECT_EQ(text, std::string(511, 'x'));
-  EXPECT_TRUE(text.read(file.get()));
-  EXPECT_EQ(text, "x") << "what did not fit is the next line";
-  EXPECT_TRUE(text.read(file.get()));
-  EXPECT_EQ(text, "last");
-  EXPECT_FALSE(text.read(file.get()));
-}
-
-TEST(Text, EndsAtANulByte) {
-  std::string input("a\0b\nc\n", 6);
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(fmemopen(input.data(), input.size(), "r"), std::fclose);
-  Text text;
-  EXPECT_TRUE(text.read(file.get()));
-  EXPECT_EQ(text, "a");
-  EXPECT_TRUE(text.read(file.get()));
-  EXPECT_EQ(text, "c");
-}
-
 }  // namespace
 
 }  // namespace tolvane

@@ -7,6 +7,7 @@
 #include "document/ends.h"
 #include "document/entries.h"
 #include "ladder/ladder.h"
+#include "tests/support/program.h"
 #include "tests/support/store.h"
 
 namespace tolvane::test {
@@ -57,10 +58,9 @@ TEST_F(Driver, TakesAVersionWithoutAStepOfItsOwn) {
 }
 
 TEST_F(Driver, AppliesToEveryVersionAllStepsBehindItInTheirOrder) {
-  const std::string example = std::string(TOLVANE_SOURCE) + "/examples/server-3.11.qpx";
+  const std::string example = contents(std::filesystem::path(TOLVANE_SOURCE) / "examples" / "server-3.11.qpx");
   for (std::size_t version = 0; version + 1 < std::size(sVersions); ++version) {
-    given("");
-    load(example.c_str());
+    given(example);
     for (std::size_t later = version + 1; later < std::size(sVersions); ++later) {
       for (const Step& step : ladder) {
         if (step.version == sVersions[later]) step.apply();
@@ -71,8 +71,7 @@ TEST_F(Driver, AppliesToEveryVersionAllStepsBehindItInTheirOrder) {
     editentry("[config]", "overview", renamed ? "Linux/x86-64~UNIX~5.45" : "Linux/AMD64~UNIX~5.45");
     const std::string expected = lines();
 
-    given("");
-    load(example.c_str());
+    given(example);
     testing::internal::CaptureStdout();
     EXPECT_TRUE(convertconfig(sVersions[version]));
     testing::internal::GetCapturedStdout();

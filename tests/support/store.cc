@@ -2,21 +2,16 @@
 
 #include <algorithm>
 
-#include "commands/forget.h"
+#include "document/forget.h"
 #include "document/linestore.h"
+#include "document/parse.h"
 #include "ladder/ladder.h"
 
 namespace tolvane::test {
 
-void given(std::string_view lines) {
+void given(std::string_view bytes) {
   forget();
-  while (!lines.empty()) {
-    const std::size_t end = lines.find('\n');
-    Line* const line = makeentry();
-    line->text.set(lines.substr(0, end));
-    dlstore(line);
-    lines.remove_prefix(end + 1);
-  }
+  parse(bytes);
 }
 
 std::string lines() {

@@ -7,12 +7,15 @@
 #include <string>
 #include <string_view>
 
-#include "ladder/climb.h"
+
+namespace tolvane {
+struct Step;
+}
 
 namespace tolvane::test {
 
-/// Replaces the store by these lines, each ended by a newline, none of them blank, and empties the pair lists.
-void given(std::string_view lines);
+/// Replaces the store by what `parse` makes of these bytes, and empties the pair lists.
+void given(std::string_view bytes);
 
 /// The store as lines, each ended by a newline; fails the test when its links do not hold together.
 std::string lines();

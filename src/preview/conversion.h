@@ -1,0 +1,22 @@
+// Converting files in memory, as the commands do, and taking snapshots of the lines meanwhile.
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "document/linestore.h"
+#include "preview/account.h"
+
+namespace tolvane {
+
+/// Fills the line store with a source, given by its place. Gets the system file's lines when it is the network file.
+using Load = std::function<void(std::size_t source, const Aside* system)>;
+
+/// Forgets earlier lines and converts one source as `update` does, or two as `merge`. Returns the suffix of the backup,
+/// without a meaning for a merge; none when nothing would be written. Ends as the commands do.
+std::optional<Text> convertsources(std::size_t count, const Load& load);
+
+/// The lines that are aside, unless that is null, and behind them those of the store.
+Snapshot snapshot(const Aside* aside, Vocabulary& words);
+
+}  // namespace tolvane
