@@ -54,21 +54,15 @@ TEST_F(Edits, ReadTheNumberOfAnEntry) {
   EXPECT_EQ(numberin("[A]", "c"), 0);
 }
 
-TEST_F(Edits, MinvalueRaisesASmallerNumber) {
+TEST_F(Edits, MinvalueRaisesASmallerNumberOrAddsIt) {
   given("[A]\nkey=100\n");
   minvalue("[A]", "key", "200");
   EXPECT_EQ(lines(), "[A]\nkey=200\n");
-}
-
-TEST_F(Edits, MinvalueKeepsALargeEnoughNumber) {
   given("[A]\nkey=60\npages=2048 # pages\n");
   minvalue("[A]", "key", "050");
   minvalue("[A]", "key", "60");
   minvalue("[A]", "pages", "2048");
   EXPECT_EQ(lines(), "[A]\nkey=60\npages=2048 # pages\n");
-}
-
-TEST_F(Edits, MinvalueAddsAMissingEntryAtTheEndOfTheSection) {
   given("[A]\na=1\n[B]\n");
   minvalue("[A]", "key", "200");
   EXPECT_EQ(lines(), "[A]\na=1\nkey=200\n[B]\n");

@@ -11,22 +11,28 @@ class Entries : public StoreTest {};
 
 std::string textof(const Line* line) { return line == nullptr ? "none" : line->text.c_str(); }
 
-TEST_F(Entries, FindStopsAtTheNextHeader) {
+TEST_F(Entries, FindSeesOnlyTheFirstSectionAndEntryOfAName) {
+  given("[A]\nx=1\nx=2\n[B]\n[A]\ny=3\n");
+  EXPECT_EQ(textof(find("[A]", "x")), "x=1");
+  EXPECT_EQ(find("[A]", "y"), nullptr);
   given("[A]\nx=1\n[B]\nk=2\n");
   EXPECT_EQ(find("[A]", "k"), nullptr);
   EXPECT_EQ(textof(find("[B]", "k")), "k=2");
 }
 
-TEST_F(Entries, FindTakesALineWithoutEqualsAsKey) {
-  given("[A]\nk\nk=5\n");
-  EXPECT_EQ(textof(find("[A]", "k")), "k");
-}
-
-TEST_F(Entries, FindComparesExactly) {
+TEST_F(Entries, FindComparesWholeKeysExactly) {
   given("[A]\nKey =1\nkey=2\nKeys=3\n");
   EXPECT_EQ(find("[A]", "Key"), nullptr);
   EXPECT_EQ(textof(find("[A]", "Key ")), "Key =1");
   EXPECT_EQ(find("[a]", "key"), nullptr);
+  given("[A]\nk\nk=5\n");
+  EXPECT_EQ(textof(find("[A]", "k")), "k");
+  given("[A]\na=1\n=x\n");
+  EXPECT_EQ(textof(find("[A]", "")), "=x");
+  given("[A]\na=1\n");
+  EXPECT_EQ(find("[A]", ""), nullptr);
+  given("[A]\na=b=c\n");
+  EXPECT_EQ(find("[A]", "a=b"), nullptr);
 }
 
 TEST_F(Entries, FindWithoutKeyIsTheHeader) {
@@ -34,12 +40,6 @@ TEST_F(Entries, FindWithoutKeyIsTheHeader) {
   EXPECT_EQ(textof(find("[B]")), "[B]");
   EXPECT_EQ(find("[C]"), nullptr);
   EXPECT_EQ(find("B"), nullptr);
-}
-
-TEST_F(Entries, FindSeesOnlyTheFirstSectionAndEntryOfAName) {
-  given("[A]\nx=1\nx=2\n[B]\n[A]\ny=3\n");
-  EXPECT_EQ(textof(find("[A]", "x")), "x=1");
-  EXPECT_EQ(find("[A]", "y"), nullptr);
 }
 
 TEST_F(Entries, KnowsWhereASectionBeginsAndEnds) {
@@ -65,18 +65,6 @@ TEST_F(Entries, AppendsOneEntryBehindTheOther) {
   appendentry(endofc, "[C]", "a", "1");
   appendentry(endofc, "[C]", "b", "2");
   EXPECT_EQ(lines(), "[A]\na=1\nb=2\nc=\n[B]\n[C]\na=1\nb=2\n");
-}
-
-TEST_F(Entries, FindKnowsTheEmptyKey) {
-  given("[A]\na=1\n=x\n");
-  EXPECT_EQ(textof(find("[A]", "")), "=x");
-  given("[A]\na=1\n");
-  EXPECT_EQ(find("[A]", ""), nullptr);
-}
-
-TEST_F(Entries, FindNeverMatchesAKeyWithEquals) {
-  given("[A]\na=b=c\n");
-  EXPECT_EQ(find("[A]", "a=b"), nullptr);
 }
 
 TEST_F(Entries, GetvalueTellsMissingFromEmpty) {
@@ -127,22 +115,20 @@ TEST_F(Entries, DelentryDeletesTheFirstOrTheHeader) {
   EXPECT_EQ(lines(), "[A]\na=2\nb=1\n");
 }
 
-TEST_F(Entries, SaveentryInsertsAfterTheSectionsLastLine) {
+TEST_F(Entries, SaveentryAddsALineAtTheEndOfTheSection) {
   given("[A]\n; note\n[B]\n");
   saveentry("[A]", "k", "1");
   EXPECT_EQ(lines(), "[A]\n; note\nk=1\n[B]\n");
-}
-
-TEST_F(Entries, SaveentryInsertsAfterAnEmptySectionsHeader) {
   given("[A]\n[B]\nb=1\n");
   saveentry("[A]", "k", "1");
   EXPECT_EQ(lines(), "[A]\nk=1\n[B]\nb=1\n");
-}
-
-TEST_F(Entries, SaveentryCreatesTheSectionAtTheEnd) {
   given("[A]\na=1\n");
   saveentry("[C]", "k", "1");
   EXPECT_EQ(lines(), "[A]\na=1\n[C]\nk=1\n");
+  given("[A]\nk=1\n");
+  saveentry("[A]", "k", "2");
+  EXPECT_EQ(lines(), "[A]\nk=1\nk=2\n");
+  EXPECT_EQ(getvalue("[A]", "k"), "1");
 }
 
 TEST_F(Entries, SaveentryOnAnEmptyStoreIsStartAndLast) {
@@ -150,13 +136,6 @@ TEST_F(Entries, SaveentryOnAnEmptyStoreIsStartAndLast) {
   EXPECT_EQ(textof(start), "[C]");
   EXPECT_EQ(textof(last), "k=1");
   EXPECT_EQ(lines(), "[C]\nk=1\n");
-}
-
-TEST_F(Entries, SaveentryAddsADuplicate) {
-  given("[A]\nk=1\n");
-  saveentry("[A]", "k", "2");
-  EXPECT_EQ(lines(), "[A]\nk=1\nk=2\n");
-  EXPECT_EQ(getvalue("[A]", "k"), "1");
 }
 
 TEST_F(Entries, AnEntryHasAtMost511Characters) {
@@ -184,13 +163,10 @@ TEST_F(Entries, EditsectionRenamesInPlace) {
   EXPECT_THROW(editsection("[B]", std::string(512, 'x')), TextTooLong);
 }
 
-TEST_F(Entries, DelsectionStopsAtAnEmptyKey) {
+TEST_F(Entries, DelsectionDeletesDuplicatesTooButStopsAtAnEmptyKey) {
   given("[A]\na=1\n=x\nb=2\n[B]\n");
   delsection("[A]");
   EXPECT_EQ(lines(), "=x\nb=2\n[B]\n");
-}
-
-TEST_F(Entries, DelsectionDeletesDuplicatesToo) {
   given("[A]\na=1\nb\na=2\n[B]\nb=1\n");
   delsection("[A]");
   EXPECT_EQ(lines(), "[B]\nb=1\n");

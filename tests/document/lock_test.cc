@@ -109,19 +109,14 @@ TEST_F(Locks, AreGoneWithTheirProcess) {
   EXPECT_EQ(filesin(folder / "d"), Files{});
 }
 
-TEST_F(Locks, ThatAreInheritedAreNotWaitedFor) {
+TEST_F(Locks, ThatAreInheritedAreNotWaitedForAndStay) {
   const Descriptor directory = opened("d");
-  ASSERT_EQ(flock(directory.number(), LOCK_EX), 0);
-  EXPECT_EQ(refusal({path("d/a").c_str()}), "");
-  EXPECT_TRUE(locked("d")) << "and stay";
-}
-
-TEST_F(Locks, ThatAreInheritedMayBeShared) {
-  const Descriptor directory = opened("d");
-  ASSERT_EQ(flock(directory.number(), LOCK_SH), 0);
-  EXPECT_EQ(refusal({path("d/a").c_str()}), "");
-  EXPECT_TRUE(locked("d")) << "and stay";
-  EXPECT_FALSE(locked("d", LOCK_SH)) << "as they were";
+  for (const int operation : {LOCK_EX, LOCK_SH}) {
+    ASSERT_EQ(flock(directory.number(), operation), 0);
+    EXPECT_EQ(refusal({path("d/a").c_str()}), "");
+    EXPECT_TRUE(locked("d")) << "and stay";
+    EXPECT_EQ(locked("d", LOCK_SH), operation == LOCK_EX) << "as they were";
+  }
 }
 
 TEST_F(Locks, OfAnotherDescriptorOfTheDirectoryAreNotItsOwn) {

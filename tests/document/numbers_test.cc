@@ -8,28 +8,22 @@ namespace tolvane {
 
 namespace {
 
-TEST(Number, IsTheDecimalNumberAtTheStart) {
+TEST(Number, IsTheDecimalNumberAtTheStartAndZeroWithoutDigits) {
   EXPECT_EQ(number(Text("2048 # pages")), 2048);
   EXPECT_EQ(number(Text(" \t\v\f\r-7,3")), -7);
   EXPECT_EQ(number(Text("+050")), 50);
   EXPECT_EQ(number(Text("0x10")), 0);
-}
-
-TEST(Number, IsZeroWithoutDigits) {
   EXPECT_EQ(number(Text("abc")), 0);
   EXPECT_EQ(number(Text("")), 0);
   EXPECT_EQ(number(Text("- 5")), 0);
 }
 
-TEST(Number, KeepsTheLow32Bits) {
-  EXPECT_EQ(number(Text("4294967301")), 5);
-  EXPECT_EQ(number(Text("2147483648")), std::numeric_limits<int>::min());
-}
-
-TEST(Number, IsClampedTo64BitsFirst) {
+TEST(Number, IsClampedTo64BitsAndThenKeepsTheLow32) {
   EXPECT_EQ(number(Text("99999999999999999999")), -1);
   EXPECT_EQ(number(Text("-99999999999999999999")), 0);
   EXPECT_EQ(number64(Text("99999999999999999999")), std::numeric_limits<std::int64_t>::max());
+  EXPECT_EQ(number(Text("4294967301")), 5);
+  EXPECT_EQ(number(Text("2147483648")), std::numeric_limits<int>::min());
 }
 
 TEST(Int32, WrapsInTwosComplement) {

@@ -5,7 +5,7 @@
 #include <future>
 #include <thread>
 
-#include "document/ends.h"
+#include "tests/support/fatal.h"
 #include "tests/support/locker.h"
 #include "tests/support/program.h"
 
@@ -55,12 +55,7 @@ TEST_F(Originals, ThatAreReplacedBeforeTheyAreLockedAreOpenedAgain) {
 TEST_F(Originals, ThatCannotBeOpenedAreFatal) {
   const std::string name = path("missing/a");
   Lock lock{name.c_str()};
-  try {
-    (void)Original::opened(lock, name.c_str());
-    FAIL() << "a missing file was opened";
-  } catch (const Fatal& end) {
-    EXPECT_EQ(end.message, "Cannot open file " + name + " for input.");
-  }
+  EXPECT_EQ(fatal([&] { (void)Original::opened(lock, name.c_str()); }), "Cannot open file " + name + " for input.");
 }
 
 TEST_F(Originals, ThatAreOnlyLookedAtMayBeMissing) {

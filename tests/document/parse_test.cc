@@ -40,20 +40,14 @@ TEST_F(Parse, DropsAndCountsBlankLines) {
   EXPECT_EQ(parsed("a\nb"), "a\nb\n");
 }
 
-TEST_F(Parse, SplitsLongLines) {
+TEST_F(Parse, SplitsLinesOfMoreThan511Characters) {
   EXPECT_EQ(parsed(std::string(600, 'x') + "\n"), full + "\n" + std::string(89, 'x') + "\n");
   EXPECT_EQ(parsed(full + "y\n" + full + full + "\n"), full + "\ny\n" + full + "\n" + full + "\n");
   EXPECT_THAT(reading.numbers, ElementsAre(1, 1, 2, 2));
   EXPECT_EQ(reading.split, 2U);
-}
-
-TEST_F(Parse, DoesNotSplitALineOf511Characters) {
   EXPECT_EQ(parsed(full + "\nb\n"), full + "\nb\n");
   EXPECT_EQ(reading.split, 0U);
   EXPECT_EQ(reading.blank, 0U) << "the newline behind a full line is no line";
-}
-
-TEST_F(Parse, DropsTheBlankRestOfALongLine) {
   EXPECT_EQ(parsed(full + "   \nb\n"), full + "\nb\n");
   EXPECT_EQ(reading.blank, 1U);
   EXPECT_THAT(reading.numbers, ElementsAre(1, 2));
@@ -97,15 +91,11 @@ class Contents : public Parse {
   }
 };
 
-TEST_F(Contents, AreEmptyForAnEmptyStore) { EXPECT_EQ(rewritten(" \n"), ""); }
-
-TEST_F(Contents, HaveNoEmptyLineBeforeAHeaderOnTheFirstLine) {
+TEST_F(Contents, HaveOneEmptyLineBeforeEachHeaderBelowTheFirstLine) {
   EXPECT_EQ(rewritten("[A]\na=1\n"), "[A]\na=1\n");
   EXPECT_EQ(rewritten("\n\n[A]\na=1\n"), "[A]\na=1\n");
-}
-
-TEST_F(Contents, HaveOneEmptyLineBeforeEachLaterHeader) {
   EXPECT_EQ(rewritten("; note\n[A]\n\na=1\n\n\n\n[B]\n[C]\n"), "; note\n\n[A]\na=1\n\n[B]\n\n[C]\n");
+  EXPECT_EQ(rewritten(" \n"), "");
 }
 
 TEST_F(Contents, EndTheLastLineWithANewline) { EXPECT_EQ(rewritten("[A]\na=1"), "[A]\na=1\n"); }

@@ -11,13 +11,10 @@ namespace {
 
 class Sections : public StoreTest {};
 
-TEST_F(Sections, ChangeinsectionSetsAFieldOfEveryEntry) {
+TEST_F(Sections, ChangeinsectionSetsAFieldOfEveryEntryButOfLaterDuplicates) {
   given("[N]\nk=a,b,c,d\nl=a\nm=a,b,c\nn=\no\n[B]\nk=a\n");
   changeinsection("[N]", 3, ',', "T");
   EXPECT_EQ(lines(), "[N]\nk=a,b,T,d\nl=a,,T\nm=a,b,T\nn=,,T\no=,,T\n[B]\nk=a\n");
-}
-
-TEST_F(Sections, ChangeinsectionRewritesTheFirstOfDuplicates) {
   given("[N]\nk=1\nk=2\n=x\n");
   changeinsection("[N]", 2, ',', "T");
   EXPECT_EQ(lines(), "[N]\nk=1,T\nk=2\n=x,T\n");
@@ -31,13 +28,10 @@ TEST_F(Sections, ChangeinsectionDoesNothingWithoutLines) {
   EXPECT_EQ(lines(), "[A]\n[N]\n");
 }
 
-TEST_F(Sections, ReplaceinsectionReplacesEveryOccurrence) {
+TEST_F(Sections, ReplaceinsectionReplacesEveryOccurrenceAlsoANewOne) {
   given("[N]\nx=SYS$M,SYS$M\ny=abc\nSYS$M\nSYS$M=1\n[B]\nx=SYS$M\n");
   replaceinsection("[N]", "SYS$M", "VELMSYS");
   EXPECT_EQ(lines(), "[N]\nx=VELMSYS,VELMSYS\ny=abc\nSYS$M\nSYS$M=1\n[B]\nx=SYS$M\n");
-}
-
-TEST_F(Sections, ReplaceinsectionSearchesAgainFromTheBeginning) {
   given("[N]\nx=aabb\n");
   replaceinsection("[N]", "ab", "");
   EXPECT_EQ(lines(), "[N]\nx=\n");

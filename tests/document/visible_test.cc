@@ -6,15 +6,12 @@ namespace tolvane::test {
 
 namespace {
 
-TEST(Utf8Length, CountsTheBytesOfACharacter) {
+TEST(Utf8Length, IsThatOfACharacterAndNoneForOtherBytes) {
   EXPECT_EQ(utf8length("abc"), 1U);
   EXPECT_EQ(utf8length("\xc3\xa4x"), 2U);
   EXPECT_EQ(utf8length("\xe2\x82\xacx"), 3U);
   EXPECT_EQ(utf8length("\xf0\x9f\x98\x80x"), 4U);
   EXPECT_EQ(utf8length(std::string_view("\0", 1)), 1U);
-}
-
-TEST(Utf8Length, IsNoneForOtherBytes) {
   EXPECT_EQ(utf8length("\x80"), 0U) << "no lead byte";
   EXPECT_EQ(utf8length("\xc3"), 0U) << "cut short";
   EXPECT_EQ(utf8length("\xc3("), 0U) << "no continuation";
