@@ -15,27 +15,21 @@ std::string step40(const std::string& lines) {
   return behind(appended, converted("4.0", "[SQL]\n[SqlSysDatatypes]\n" + lines));
 }
 
-TEST_F(Step40, KeepsAZaModeThatIsThere) {
-  EXPECT_EQ(step40("[Language]\nZaModeKRM=1\nZaMode=2\nZaModeDSM=3\n"), "[Language]\nZaMode=2\n");
-}
-
-TEST_F(Step40, TakesZaModeFromItsForerunner) {
+TEST_F(Step40, TakesZaModeFromItsForerunnerWhenItIsMissing) {
   EXPECT_EQ(step40("[Language]\nZaModeKRM=1\nZaModeDSM=3\n"), "[Language]\nZaMode=1\n");
   EXPECT_EQ(step40("[Language]\nZaModeDSM=3\n"), "[Language]\nZaMode=0\n");
   EXPECT_EQ(step40(""), "[Language]\nZaMode=0\n");
+  EXPECT_EQ(step40("[Language]\nZaModeKRM=1\nZaMode=2\nZaModeDSM=3\n"), "[Language]\nZaMode=2\n");
 }
 
-TEST_F(Step40, LeavesPathsAloneExceptOnVms) {
-  const std::string other = "[Language]\nZaMode=0\n[config]\noverview=A~OpenVMS\nwijdir=VELMSYS:\nconsole=1,VELMSYS:\n";
-  EXPECT_EQ(step40(other), other);
-}
-
-TEST_F(Step40, DropsTheDefaultPathsOnVms) {
+TEST_F(Step40, DropsTheDefaultPathsOnVmsOnly) {
   const std::string head = "[Language]\nZaMode=0\n[config]\noverview=A~VMS\n";
   EXPECT_EQ(step40(head + "wijdir=velmsys:\nconsole=1,VelmSys:Messages.Log,2\n"), head + "wijdir=\nconsole=1,,2\n");
   EXPECT_EQ(step40(head + "wijdir=VELMSYS:[X]\nconsole=1,velmsys:\n"), head + "wijdir=VELMSYS:[X]\nconsole=1,\n");
   EXPECT_EQ(step40(head + "console=VELMSYS:,VELMSYS:OTHER.LOG\n"), head + "console=VELMSYS:,VELMSYS:OTHER.LOG\n");
   EXPECT_EQ(step40(head), head);
+  const std::string other = "[Language]\nZaMode=0\n[config]\noverview=A~OpenVMS\nwijdir=VELMSYS:\nconsole=1,VELMSYS:\n";
+  EXPECT_EQ(step40(other), other);
 }
 
 /// Web applications that step "4.1" has nothing to do with.
@@ -56,16 +50,13 @@ std::string globals(const std::string& size) {
   return result.substr(result.find("globals="));
 }
 
-TEST_F(Step41, CountsGlobalsInMegabytes) {
+TEST_F(Step41, CountsGlobalsInMegabytesIn32Bits) {
   EXPECT_EQ(globals("600"), "globals=2,0,0,0,0,0\n");
   EXPECT_EQ(globals("0"), "globals=1,0,0,0,0,0\n");
   EXPECT_EQ(globals("1"), "globals=1,0,0,0,0,0\n");
   EXPECT_EQ(globals("512"), "globals=1,0,0,0,0,0\n");
   EXPECT_EQ(globals("513,7"), "globals=2,0,0,0,0,0\n");
   EXPECT_EQ(globals("x"), "globals=1,0,0,0,0,0\n");
-}
-
-TEST_F(Step41, CountsGlobalsIn32Bits) {
   EXPECT_EQ(globals("-600"), "globals=1,0,0,0,0,0\n");
   EXPECT_EQ(globals("-1024"), "globals=-1,0,0,0,0,0\n");
   EXPECT_EQ(globals("-1535"), "globals=-1,0,0,0,0,0\n") << "-2047 KB";
@@ -86,17 +77,17 @@ std::string terminals(const std::string& platform, const std::string& processes,
   return result.substr(before.size());
 }
 
-TEST_F(Step41, KeepsTerminalMemoryThatIsEnough) {
+TEST_F(Step41, SizesTerminalMemoryByProcessesUnlessItIsEnough) {
   EXPECT_EQ(terminals("A~UNIX", "processes=20\n", "ttysiz=1500\n"), "ttysiz=1500\n");
   EXPECT_EQ(terminals("A~UNIX", "processes=20\n", "ttysiz=1000,9\n"), "ttysiz=1000,9\n");
   EXPECT_EQ(terminals("A~Windows", "processes=20\n", "ttysiz=2000\n"), "ttysiz=2000\n");
-}
-
-TEST_F(Step41, SizesTerminalMemoryByProcesses) {
   EXPECT_EQ(terminals("A~UNIX", "processes=20\n", "ttysiz=800,9\n"), "ttysiz=1500\n");
   EXPECT_EQ(terminals("A~UNIX", "processes=20\n", "ttysiz=999\n"), "ttysiz=1500\n");
   EXPECT_EQ(terminals("A~UNIX", "processes=20\n", "ttysiz=2001\n"), "ttysiz=1500\n");
   EXPECT_EQ(terminals("A~UNIX", "processes=20\n", ""), "ttysiz=1500\n");
+  EXPECT_EQ(terminals("A~UNIX", "", "ttysiz=1\n"), "ttysiz=3750\n");
+  EXPECT_EQ(terminals("A~UNIX", "processes=many\n", "ttysiz=1\n"), "ttysiz=0\n");
+  EXPECT_EQ(terminals("A~UNIX", "processes\n", "ttysiz=0\n"), "ttysiz=0\n");
 }
 
 TEST_F(Step41, KeepsTheSecondFieldOnWindows) {
@@ -104,12 +95,6 @@ TEST_F(Step41, KeepsTheSecondFieldOnWindows) {
   EXPECT_EQ(terminals("A~Windows NT", "processes=20\n", "ttysiz=800\n"), "ttysiz=1500,2\n");
   EXPECT_EQ(terminals("A~Windows NT", "processes=20\n", "ttysiz=800,\n"), "ttysiz=1500,0\n");
   EXPECT_EQ(terminals("A~Windows NT", "processes=20\n", ""), "ttysiz=1500,2\n");
-}
-
-TEST_F(Step41, Takes50ForMissingProcessesAnd0ForText) {
-  EXPECT_EQ(terminals("A~UNIX", "", "ttysiz=1\n"), "ttysiz=3750\n");
-  EXPECT_EQ(terminals("A~UNIX", "processes=many\n", "ttysiz=1\n"), "ttysiz=0\n");
-  EXPECT_EQ(terminals("A~UNIX", "processes\n", "ttysiz=0\n"), "ttysiz=0\n");
 }
 
 TEST_F(Step41, SizesTerminalMemoryIn32Bits) {
@@ -137,14 +122,11 @@ std::string locktable(const std::string& lines) {
   return result.substr(result.find("ttysiz=3750\n") + 12);
 }
 
-TEST_F(Step41, TriplesTheLockTableAndGrowsTheHeap) {
+TEST_F(Step41, TriplesTheLockTableAndGrowsTheHeapIn32Bits) {
   EXPECT_EQ(locktable("locksiz=100000\ngmheap=1000\n"), "locksiz=300000\ngmheap=1293\n");
   EXPECT_EQ(locktable("gmheap=1000 kb\n"), "gmheap=1000\n");
   EXPECT_EQ(locktable("locksiz=1\n"), "locksiz=3\n");
   EXPECT_EQ(locktable("locksiz=683\ngmheap=5\n"), "locksiz=2049\ngmheap=8\n") << "a kilobyte that is begun counts";
-}
-
-TEST_F(Step41, TriplesTheLockTableIn32Bits) {
   EXPECT_EQ(locktable("locksiz=1431655766\ngmheap=5\n"), "locksiz=2\ngmheap=6\n");
   EXPECT_EQ(locktable("locksiz=715827882\ngmheap=5\n"), "locksiz=2147483646\ngmheap=-2097146\n");
 }

@@ -17,12 +17,9 @@ TEST_F(Step505, FixesTheAuditDatabase) {
   EXPECT_EQ(converted("5.0.5", "[Datasets]\nDataSet_1=VELMAUDIT,x\n"), "[Datasets]\nDataSet_1=VELMAUDIT,x,,,,0,1\n");
 }
 
-TEST_F(Step52, MovesTheServerLimitsAlsoBesideExistingOnes) {
+TEST_F(Step52, MovesTheServerLimitsOrTakes2ForThem) {
   EXPECT_EQ(converted("5.2", "[ECP]\nMaxServers=9\nx=1\n[config]\nMaxServers=4\nniceval=1\nLegacyNetConn=0\n"),
             "[ECP]\nx=1\n[config]\nMaxServers=4\nLegacyNetConn=0\nMaxServers=9\nMaxServerConn=2\n");
-}
-
-TEST_F(Step52, LimitsServersTo2ByDefault) {
   EXPECT_EQ(converted("5.2", "[ECP]\nMaxServerConn\n[config]\n"),
             "[ECP]\n[config]\nMaxServers=2\nMaxServerConn=\nLegacyNetConn=0\n");
 }

@@ -20,24 +20,19 @@ std::string summaryof(const std::string& sections) {
   return result.substr(head.size(), result.find("\n[Cluster]\nClusterCommAddr=10.0.0.1\n") - head.size());
 }
 
-TEST_F(Step53, CountsEntriesAsNodesAndDistinctPairsAsConnections) {
+TEST_F(Step53, CountsEntriesAsNodesAndDistinctPairsOfEachSeriesAsConnections) {
   EXPECT_EQ(summaryof("[Data Servers]\nNetIsUDP_1=alpha,7\nNetIsUDP_2=alpha,7\nNetIsEther_1=beta,7\n"),
             "8,2,1012,0,0,0");
-}
-
-TEST_F(Step53, KeepsThePairsOfBothSeriesApart) {
   EXPECT_EQ(summaryof("[Data Servers]\nNetIsUDP_1=a,7,x\nNetIsEther_1=a,7,y\nNetIsEther_2=a,7\nNetIsUDP_2=a\n"),
             "9,3,1518,0,0,0");
+  EXPECT_EQ(summaryof("[Data Servers]\nNetIsUDP_2=alpha,7\n"), "0,0,0,0,0,0");
 }
 
-TEST_F(Step53, CountsAtLeast64NodesForDdp) {
+TEST_F(Step53, CountsAtLeast64NodesForDdpIn32Bits) {
   EXPECT_EQ(summaryof("[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxnode=40\n"), "64,0,0,0,0,0");
   EXPECT_EQ(summaryof("[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxnode=100\n"), "100,0,0,0,0,0");
   EXPECT_EQ(summaryof("[DSM-DDP]\nNetIsDDP_1=a\n"), "64,0,0,0,0,0");
   EXPECT_EQ(summaryof("[DSM-DDP]\nNetIsDDP_2=a\n[Net]\nmaxnode=100\n"), "0,0,0,0,0,0");
-}
-
-TEST_F(Step53, WrapsTheNodeCountTo32Bits) {
   EXPECT_EQ(summaryof("[Data Servers]\nNetIsUDP_1=a\n[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxnode=2147483647\n"),
             "-2147483643,1,506,0,0,0");
 }
@@ -49,10 +44,6 @@ TEST_F(Step53, CountsAHostAsAConnection) {
 
 TEST_F(Step53, CopiesTheThreeLimits) {
   EXPECT_EQ(summaryof("[Net]\nmaxdsmport=4 x\nmaxdsmhostperport=-5\nmaxdsmjobsperconn=6\n"), "0,0,0,4,-5,6");
-}
-
-TEST_F(Step53, CountsNothingWhenTheFirstNumberIsMissing) {
-  EXPECT_EQ(summaryof("[Data Servers]\nNetIsUDP_2=alpha,7\n"), "0,0,0,0,0,0");
 }
 
 TEST_F(Step53, WritesNoSummaryWhereNoneWasButTheClusterAddress) {
@@ -97,13 +88,10 @@ TEST_F(Step535, AddsAWebServerBesideAnExistingOne) {
             "[config]\nimplheap=131072\n[Startup]\nWebServer=OFF\nWebServer=ON,8972\n");
 }
 
-TEST_F(Step535, TakesImplheapsSecondFieldIfItHasOne) {
+TEST_F(Step535, TakesImplheapsSecondFieldIfItHasOneAndRaisesIt) {
   EXPECT_EQ(step535("implheap=65536,262144\n"), "implheap=262144\n");
   EXPECT_EQ(step535("implheap=262144\n"), "implheap=262144\n");
   EXPECT_EQ(step535("implheap=1,200000 b,3\n"), "implheap=200000 b\n");
-}
-
-TEST_F(Step535, RaisesImplheap) {
   EXPECT_EQ(step535("implheap=65536\n"), "implheap=131072\n");
   EXPECT_EQ(step535("implheap=131071 b\n"), "implheap=131072\n");
   EXPECT_EQ(step535("implheap=131072 b\n"), "implheap=131072 b\n");
@@ -133,30 +121,24 @@ TEST_F(Step536, TakesImplheapsSecondFieldWhetherItHasOneOrNot) {
   EXPECT_EQ(converted("5.36", "[config]\nlocksiz=1179648\n"), "[config]\nlocksiz=1179648\nimplheap=131072\n");
 }
 
-TEST_F(Step536, MovesTheLockTablesShortfallIntoGmheap) {
+TEST_F(Step536, MovesTheLockTablesShortfallIntoGmheapIn32Bits) {
   EXPECT_EQ(locktable("locksiz=1048576\ngmheap=3000\n"), "locksiz=1179648\ngmheap=3128\n");
   EXPECT_EQ(locktable("locksiz=1179647\ngmheap=3000 kb\n"), "locksiz=1179648\ngmheap=3000\n");
   EXPECT_EQ(locktable("locksiz=x\ngmheap=0\n"), "locksiz=1179648\ngmheap=1152\n");
+  // 1179648 + 2147483648 wraps to -2146304000, and that divided by 1024 is -2096000.
+  EXPECT_EQ(locktable("locksiz=-2147483648\ngmheap=0\n"), "locksiz=1179648\ngmheap=-2096000\n");
 }
 
-TEST_F(Step536, AddsAGmheapThatIsMissing) {
+TEST_F(Step536, AddsAMissingGmheapAndRaisesASmallOneBesideAMissingLockTable) {
   EXPECT_EQ(locktable("locksiz=1\n"), "locksiz=1179648\ngmheap=3200\n");
   EXPECT_EQ(locktable(""), "locksiz=1179648\ngmheap=3200\n");
+  EXPECT_EQ(locktable("gmheap=3199\n"), "gmheap=3200\nlocksiz=1179648\n");
+  EXPECT_EQ(locktable("gmheap=3201 kb\n"), "gmheap=3201 kb\nlocksiz=1179648\n");
 }
 
 TEST_F(Step536, LeavesALargeLockTableAlone) {
   EXPECT_EQ(locktable("locksiz=1179648\ngmheap=1\n"), "locksiz=1179648\ngmheap=1\n");
   EXPECT_EQ(locktable("locksiz=2000000\n"), "locksiz=2000000\n");
-}
-
-TEST_F(Step536, RaisesGmheapBesideAMissingLockTable) {
-  EXPECT_EQ(locktable("gmheap=3199\n"), "gmheap=3200\nlocksiz=1179648\n");
-  EXPECT_EQ(locktable("gmheap=3201 kb\n"), "gmheap=3201 kb\nlocksiz=1179648\n");
-}
-
-TEST_F(Step536, WrapsTheShortfallTo32Bits) {
-  // 1179648 + 2147483648 wraps to -2146304000, and that divided by 1024 is -2096000.
-  EXPECT_EQ(locktable("locksiz=-2147483648\ngmheap=0\n"), "locksiz=1179648\ngmheap=-2096000\n");
 }
 
 TEST_F(Step536, LosesTheImplheapThatStep535HasKept) {

@@ -20,15 +20,14 @@ TEST_F(Step542, CountsAtLeast64NodesAndTheServersAsPorts) {
       converted("5.42",
                 "[config]\nLegacyNetConn=0,2,1012,0,0,0\n[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxnode=10\nmaxdsmport=0\n"),
       "[config]\nLegacyNetConn=64,2,1012,1,0,0\n[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxnode=10\nmaxdsmport=1\n");
+  EXPECT_EQ(converted("5.42", "[config]\n[DSM-DDP]\nNetIsDDP_1=a\nNetIsDDP_2=b\n[Net]\nmaxdsmport=0\n"),
+            "[config]\n[DSM-DDP]\nNetIsDDP_1=a\nNetIsDDP_2=b\n[Net]\nmaxdsmport=2\n");
 }
 
-TEST_F(Step542, KeepsAPortCountThatIsThere) {
+TEST_F(Step542, KeepsCountsThatAreThere) {
   EXPECT_EQ(converted("5.42",
                       "[config]\nLegacyNetConn=0,0,0,4,0,0\n[DSM-DDP]\nDdpHost=h\n[Net]\nmaxnode=128\nmaxdsmport=0\n"),
             "[config]\nLegacyNetConn=128,0,0,4,0,0\n[DSM-DDP]\nDdpHost=h\n[Net]\nmaxnode=128\nmaxdsmport=0\n");
-}
-
-TEST_F(Step542, KeepsANodeCountThatIsThere) {
   const std::string lines = "[config]\nLegacyNetConn=12,2,1012,0\n[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxdsmport=0\n";
   EXPECT_EQ(converted("5.42", lines), lines);
 }
@@ -36,11 +35,6 @@ TEST_F(Step542, KeepsANodeCountThatIsThere) {
 TEST_F(Step542, NeedsServersOrAHost) {
   const std::string lines = "[config]\nLegacyNetConn=0,0,0,0\n[DSM-DDP]\nDdpHost=\n[Net]\nmaxdsmport=7\n";
   EXPECT_EQ(converted("5.42", lines), lines);
-}
-
-TEST_F(Step542, SetsTheNetworksPortsAlsoWithoutASummary) {
-  EXPECT_EQ(converted("5.42", "[config]\n[DSM-DDP]\nNetIsDDP_1=a\nNetIsDDP_2=b\n[Net]\nmaxdsmport=0\n"),
-            "[config]\n[DSM-DDP]\nNetIsDDP_1=a\nNetIsDDP_2=b\n[Net]\nmaxdsmport=2\n");
 }
 
 const std::string types = "[SqlSysDatatypes]\nSMALLDATETIME=%Library.TimeStamp\nSYSNAME=%Library.String(MAXLEN=128)\n";
@@ -68,17 +62,19 @@ TEST_F(Step543, LeavesRoutineBuffersAloneExceptOnVms) {
   EXPECT_EQ(config("OpenVMS", "rbufsiz=8\n"), "rbufsiz=8\n");
 }
 
-TEST_F(Step543, ScalesRoutinesFromASmallBufferSize) {
+TEST_F(Step543, ScalesRoutinesByTheOldBufferSize) {
   EXPECT_EQ(config("VMS", "rbufsiz=8\nroutines=100\n"), "rbufsiz=32\nroutines=400\n");
   EXPECT_EQ(config("VMS", "rbufsiz=31\nroutines=1000,7\n"), "rbufsiz=32\nroutines=1032\n");
+  EXPECT_EQ(config("VMS", "rbufsiz=x\nroutines=100\n"), "rbufsiz=32\nroutines=100\n");
+  EXPECT_EQ(config("VMS", "rbufsiz=8,0\nroutines=100\n"), "rbufsiz=8,32\nroutines=100\n");
+  // 32.0 / -8 * 100 + 0.1 is -399.9.
+  EXPECT_EQ(config("VMS", "rbufsiz=-8\nroutines=100\n"), "rbufsiz=32\nroutines=-399\n");
+  EXPECT_EQ(config("VMS", "rbufsiz=1\nroutines=2147483647\n"), "rbufsiz=32\nroutines=68719476704\n");
 }
 
-TEST_F(Step543, KeepsALargeSecondField) {
+TEST_F(Step543, RaisesASmallSecondFieldOnly) {
   EXPECT_EQ(config("VMS", "rbufsiz=16,64\nroutines=100\n"), "rbufsiz=16,64\nroutines=100\n");
   EXPECT_EQ(config("VMS", "rbufsiz=16,64\n"), "rbufsiz=16,64\nroutines=0\n");
-}
-
-TEST_F(Step543, RaisesASmallSecondField) {
   EXPECT_EQ(config("VMS", "rbufsiz=64,16,x\nroutines=10\n"), "rbufsiz=64,32,x\nroutines=20\n");
 }
 
@@ -94,29 +90,15 @@ TEST_F(Step543, AddsWhatIsMissing) {
   EXPECT_EQ(config("VMS", "rbufsiz=8\n"), "rbufsiz=32\nroutines=0\n");
 }
 
-TEST_F(Step543, LeavesRoutinesAloneForASizeOf0) {
-  EXPECT_EQ(config("VMS", "rbufsiz=x\nroutines=100\n"), "rbufsiz=32\nroutines=100\n");
-  EXPECT_EQ(config("VMS", "rbufsiz=8,0\nroutines=100\n"), "rbufsiz=8,32\nroutines=100\n");
-}
-
-TEST_F(Step543, ScalesByANegativeSizeToo) {
-  // 32.0 / -8 * 100 + 0.1 is -399.9.
-  EXPECT_EQ(config("VMS", "rbufsiz=-8\nroutines=100\n"), "rbufsiz=32\nroutines=-399\n");
-  EXPECT_EQ(config("VMS", "rbufsiz=1\nroutines=2147483647\n"), "rbufsiz=32\nroutines=68719476704\n");
-}
-
 std::string platform(const std::string& record) {
   const std::string head = "[config]\noverview=";
   return converted("5.44", head + record + "\n").substr(head.size());
 }
 
-TEST_F(Step544, RenamesAmd64Platforms) {
+TEST_F(Step544, RenamesAmd64PlatformsOnly) {
   EXPECT_EQ(platform("Win64/AMD64~Windows NT~5.44"), "Win64/x86-64~Windows NT~5.44\n");
   EXPECT_EQ(platform("Linux/AMD64"), "Linux/x86-64\n");
   EXPECT_EQ(platform("AMD64~UNIX"), "x86-64~UNIX\n");
-}
-
-TEST_F(Step544, LeavesOtherAndShortNamesAlone) {
   EXPECT_EQ(platform("X86-64(Windows)~AMD64"), "X86-64(Windows)~AMD64\n");
   EXPECT_EQ(platform("MD64~UNIX"), "MD64~UNIX\n");
   EXPECT_EQ(platform("Linux/AMD64 ~UNIX"), "Linux/AMD64 ~UNIX\n");

@@ -32,12 +32,9 @@ TEST_F(Network30, RenamesTheSystemDirectory) {
             "SYS$M=sys$m\n[NamespSLM]\nd=SYS$M\n");
 }
 
-TEST_F(Network311, DropsTwoDatabasesAndClosesTheGaps) {
+TEST_F(Network311, DropsTwoDatabasesAndMovesRenumberedOnesToTheEnd) {
   EXPECT_EQ(network("3.11", "[DataSets]\nDataSet_1=COMMON,a\nDataSet_2=USER,b\nDataSet_3=UTILITY,c\n"),
             "[DataSets]\nDataSet_1=USER,b\nDataSet_2=VELMLIB,velmlib,,0,P,0\n");
-}
-
-TEST_F(Network311, MovesRenumberedDatabasesToTheEnd) {
   EXPECT_EQ(network("3.11", "[DataSets]\nDataSet_1=A\nDataSet_2=COMMON\nDataSet_3=B,x=y\nx=1\nDataSet_4\n[C]\n"),
             "[DataSets]\nDataSet_1=A\nx=1\nDataSet_2=B,x=y\nDataSet_3=\nDataSet_4=VELMLIB,velmlib,,0,P,0\n[C]\n");
 }
@@ -50,13 +47,10 @@ TEST_F(Network311, StopsAtTheFirstGapAndFillsIt) {
             "[DataSets]\nDataSet_1=Common\nDataSet_2=COMMONS\nDataSet_3=VELMLIB,velmlib,,0,P,0\n");
 }
 
-TEST_F(Network311, GivesNamespacesTheLibrary) {
+TEST_F(Network311, GivesNamespacesTheLibraryAndRenamesOneThatWasThere) {
   EXPECT_EQ(network("3.11", "[DataSets]\n[Namespace]\nNsp~1=a~b\nNsp~2=a~b~c~d~e~f~g\nother\n"),
             "[DataSets]\nDataSet_1=VELMLIB,velmlib,,0,P,0\n[Namespace]\nNsp~1=a~b~~~~VELMLIB\n"
             "Nsp~2=a~b~c~d~e~VELMLIB~g\nother=~~~~~VELMLIB\n");
-}
-
-TEST_F(Network311, RenamesALibraryThatWasThere) {
   EXPECT_EQ(network("3.11", "[DataSets]\nDataSet_1=DRUVESQL,druvesql,druvesql\n[Namespace]\nNsp~1=DRUVESQL~x\n"),
             "[DataSets]\nDataSet_1=VELMLIB,velmlib,velmlib\nDataSet_2=VELMLIB,velmlib,,0,P,0\n"
             "[Namespace]\nNsp~1=VELMLIB~x~~~~VELMLIB\n");

@@ -24,15 +24,12 @@ TEST_F(System202, RaisesTheNetworkDirectoryTable) {
   EXPECT_EQ(system("2.02", ""), "[config]\nnetdirtabsiz=2048\n");
 }
 
-TEST_F(System21, StartsTheSystemWhenZstuIs0) {
+TEST_F(System21, StartsTheSystemWhenTheFirstZstuIs0) {
   EXPECT_EQ(system("2.1", "[Com]\n[Startup]\nzstu=0\n"), "[Com]\nCom=OFF\n[Startup]\nzstu=0\nstart_0=System~0~1\n");
   for (const char* value : {"zstu=00\n", "zstu=\n", "zstu\n", ""}) {
     const std::string startup = std::string("[Startup]\n") + value;
     EXPECT_EQ(system("2.1", "[Com]\n" + startup), "[Com]\nCom=OFF\n" + startup);
   }
-}
-
-TEST_F(System21, ReadsTheFirstOfTwoZstuEntries) {
   EXPECT_EQ(system("2.1", "[Com]\n[Startup]\nzstu=1\nzstu=0\n"), "[Com]\nCom=OFF\n[Startup]\nzstu=1\nzstu=0\n");
 }
 
@@ -40,15 +37,12 @@ TEST_F(System21, AppendsCommunicationAlsoBesideAnExistingEntry) {
   EXPECT_EQ(system("2.1", "[Com]\nCom=ON\n"), "[Com]\nCom=ON\nCom=OFF\n");
 }
 
-TEST_F(System21, RenamesTheTerminalTypesOfDevices) {
+TEST_F(System21, RenamesTheTerminalTypesOfDevicesUpToTheFirstGap) {
   EXPECT_EQ(system("2.1",
                    "[Com]\n[Devices]\nDevice_1=a~b~c~C-NT CONSOLE\nDevice_2=a~b~c~C-NT CONSOLE~x~y\n"
                    "Device_3=a~b~c~C-NT CONSOLE2\nDevice_4=~~~C-Mirel Terminal~\nDevice_5=C-NT CONSOLE\n"),
             "[Com]\nCom=OFF\n[Devices]\nDevice_1=a~b~c~C-Druve Terminal\nDevice_2=a~b~c~C-Druve Terminal~x~y\n"
             "Device_3=a~b~c~C-NT CONSOLE2\nDevice_4=~~~C-Druve Terminal~\nDevice_5=C-NT CONSOLE\n");
-}
-
-TEST_F(System21, LooksAtDevicesUpToTheFirstGap) {
   EXPECT_EQ(system("2.1", "[Com]\n[Devices]\nDevice_1=~~~C-NT CONSOLE\nDevice_3=~~~C-NT CONSOLE\n"),
             "[Com]\nCom=OFF\n[Devices]\nDevice_1=~~~C-Druve Terminal\nDevice_3=~~~C-NT CONSOLE\n");
 }
@@ -76,9 +70,6 @@ TEST_F(System30, NamesTheVmsFamily) {
 TEST_F(System31, RenamesTheLatServicesToTheEndOfTheirSection) {
   EXPECT_EQ(system("3.1", "[Startup]\n[LAT]\nServiceRating=3\nServiceName=a\nx=1\nServiceDescription\n"),
             "[Startup]\nJobServers=0\n[LAT]\nx=1\nServiceName_1=a\nServiceDescription_1=\nServiceRating_1=3\n");
-}
-
-TEST_F(System31, RenamesAServiceWithoutValueToAnEmptyOne) {
   EXPECT_EQ(system("3.1", "[Startup]\n[LAT]\nServiceName\n"), "[Startup]\nJobServers=0\n[LAT]\nServiceName_1=\n");
 }
 
@@ -124,14 +115,11 @@ std::string system312(const std::string& lines) {
   return behind(head, system("3.12", "[Startup]\n" + lines));
 }
 
-TEST_F(System312, SizesTerminalMemoryByTheProcesses) {
+TEST_F(System312, SizesTerminalMemoryByTheProcessesIn32Bits) {
   EXPECT_EQ(system312("[config]\nprocesses=20,9\nttysiz=64,1\n"), "[config]\nprocesses=20,9\nttysiz=2000\n");
   EXPECT_EQ(system312("[config]\nprocesses= +20\nttysiz=2000,1\n"), "[config]\nprocesses= +20\nttysiz=2000,1\n");
   EXPECT_EQ(system312("[config]\nprocesses=many\n"), "[config]\nprocesses=many\nttysiz=0\n");
   EXPECT_EQ(system312("[config]\n"), "[config]\nttysiz=0\n");
-}
-
-TEST_F(System312, CountsTerminalMemoryIn32Bits) {
   // 42,949,673 times 100 is 2^32 + 4.
   EXPECT_EQ(system312("[config]\nprocesses=42949673\n"), "[config]\nprocesses=42949673\nttysiz=4\n");
 }
