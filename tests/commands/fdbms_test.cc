@@ -25,7 +25,10 @@ TEST_F(Fdbms, ChangesNothingWhenTheDatabaseIsListed) {
   EXPECT_EQ(added("[Datasets]\nDataSet_1=FDBMS"), "[Datasets]\nDataSet_1=FDBMS");
 }
 
-TEST_F(Fdbms, AddsItsSection) { EXPECT_EQ(added("[A]\n"), "\n[A]\n\n[Datasets]\nDataSet_1=FDBMS,fdbms,,0,P,0,0\n"); }
+TEST_F(Fdbms, AddsItselfToAMissingOrEmptySection) {
+  EXPECT_EQ(added("[Datasets]\n[B]\n"), "\n[Datasets]\nDataSet_1=FDBMS,fdbms,,0,P,0,0\n\n[B]\n");
+  EXPECT_EQ(added("[A]\n"), "\n[A]\n\n[Datasets]\nDataSet_1=FDBMS,fdbms,,0,P,0,0\n");
+}
 
 TEST_F(Fdbms, FillsTheFirstGapAlsoBeforeAListedDatabase) {
   EXPECT_EQ(added("[Datasets]\nDataSet_1=A\nDataSet_3=FDBMS,fdbms\n[B]\n"),
@@ -36,10 +39,6 @@ TEST_F(Fdbms, DoesNotTakeANameInLowerCase) {
   EXPECT_EQ(added("[Datasets]\nDataSet_1=fdbms\nDataSet_2=FDBMSX,a\nDataSet_3=a,FDBMS\nDataSet_4\n"),
             "\n[Datasets]\nDataSet_1=fdbms\nDataSet_2=FDBMSX,a\nDataSet_3=a,FDBMS\nDataSet_4\n"
             "DataSet_5=FDBMS,fdbms,,0,P,0,0\n");
-}
-
-TEST_F(Fdbms, AddsToAnEmptySection) {
-  EXPECT_EQ(added("[Datasets]\n[B]\n"), "\n[Datasets]\nDataSet_1=FDBMS,fdbms,,0,P,0,0\n\n[B]\n");
 }
 
 TEST_F(Fdbms, RefusesAFileWithoutItsVersion) {

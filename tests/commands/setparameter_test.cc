@@ -39,11 +39,8 @@ TEST_F(SetParameter, DoesNotAddAnEmptyValue) {
   EXPECT_EQ(set(text, "[A]", std::string(600, 'k'), ""), text);
 }
 
-TEST_F(SetParameter, AddsAMissingEntryAtTheEndOfItsSection) {
+TEST_F(SetParameter, AddsAMissingEntryAtTheEndOfItsSectionOrOfTheFile) {
   EXPECT_EQ(set("[A]\nk=1\n[B]\n", "[A]", "l", "2"), "[A]\nk=1\nl=2\n\n[B]\n");
-}
-
-TEST_F(SetParameter, AddsAMissingSectionAtTheEndOfTheFile) {
   EXPECT_EQ(set("[A]\nk=1\n", "[B]", "l", "2"), "[A]\nk=1\n\n[B]\nl=2\n");
   EXPECT_EQ(set("", "[B]", "l", "2"), "[B]\nl=2\n");
 }

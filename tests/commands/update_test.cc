@@ -59,18 +59,15 @@ TEST_F(Update, KeepsAFileOfVersion52UnderTheSuffix52) {
   EXPECT_TRUE(contents(folder / "a.qpx").starts_with("[ConfigFile]\nVersion=5.45\n\n" + platform + "5.45\n"));
 }
 
-TEST_F(Update, RewritesItsOwnResultWhileTheCheckFindsSomethingInIt) {
+TEST_F(Update, RewritesACurrentFileWhileTheCheckFindsSomethingInIt) {
+  const std::string current = converted + "\n[Com]\n";
+  EXPECT_EQ(update(current + "Com=OFF\n"), (Outcome{1, ""}));
+  EXPECT_EQ(filesin(folder), filesof("a.qpx", current, "a.qpx_545", current + "Com=OFF\n"));
   EXPECT_EQ(update(old + "\n[Com]\nCom=1\nCom=2\n"), (Outcome{1, ""}));
   EXPECT_EQ(contents(folder / "a.qpx"), converted + "\n[Com]\nCom=2\n");
   EXPECT_EQ(run({"update", "a.qpx"}), (Outcome{1, ""}));
   EXPECT_EQ(contents(folder / "a.qpx"), converted + "\n[Com]\n");
   EXPECT_EQ(contents(folder / "a.qpx_545"), converted + "\n[Com]\nCom=2\n");
-}
-
-TEST_F(Update, RewritesACurrentFileWithALegacyCommunicationEntry) {
-  const std::string current = converted + "\n[Com]\n";
-  EXPECT_EQ(update(current + "Com=OFF\n"), (Outcome{1, ""}));
-  EXPECT_EQ(filesin(folder), filesof("a.qpx", current, "a.qpx_545", current + "Com=OFF\n"));
 }
 
 TEST_F(Update, RefusesAFileWithoutItsVersion) {
@@ -96,12 +93,9 @@ TEST_F(Update, WarnsAndConvertsAFileOfAnotherPlatform) {
   EXPECT_EQ(contents(folder / "a.qpx"), "[ConfigFile]\nVersion=5.45\n\n[config]\noverview=HP/UX~Unix~5.45\n");
 }
 
-TEST_F(Update, ReportsAMissingFile) {
+TEST_F(Update, ReportsAMissingFileOfAnyNameLength) {
   EXPECT_EQ(run({"update", "a.qpx"}), (Outcome{0, "Cannot open file a.qpx for input.\n"}));
   EXPECT_EQ(filesin(folder), Files{});
-}
-
-TEST_F(Update, ReportsAMissingFileOfAnyNameLength) {
   const std::string name(600, 'n');
   EXPECT_EQ(run({"update", name}), (Outcome{0, "Cannot open file " + name + " for input.\n"}));
 }
