@@ -10,28 +10,32 @@ const std::string usage =
     "        tolvane fdbms   <filename.qpx>\n"
     "        tolvane install <filename.qpx>\n";
 
-class CommandLine : public ProgramTest {};
-
-TEST_F(CommandLine, WithAnUnknownCommandOrTheWrongNumberOfWordsShowsTheUsage) {
-  const std::vector<std::string> lines[] = {
-      {             },
-      {"update"      },
-      {"update",       "a", "b"},
-      {"fdbms"          },
-      {"install",        "a", "b"},
-      {"setparameter",      "f", "[S]", "K"},
-      {"setparameter",           "f", "[S]", "K", "V", "more"},
-      {"merge", "a", "b"},
-      {"setparameter",         "a"},
-      {"Update",              "a"},
-      {"update2", "a"},
-      {"",           "a"},
-      {"--help"       },
-  };
-  for (const std::vector<std::string>& words : lines) {
+class CommandLine : public ProgramTest {
+ protected:
+  void expectusage(const std::vector<std::string>& words) const {
     EXPECT_EQ(run(words), (Outcome{0, usage})) << testing::PrintToString(words);
     EXPECT_EQ(filesin(folder), Files{});
   }
+};
+
+TEST_F(CommandLine, WithoutWordsShowsTheUsage) { expectusage({}); }
+
+TEST_F(CommandLine, WithTheWrongNumberOfWordsShowsTheUsage) {
+  expectusage({"update"});
+  expectusage({"update", "a", "b"});
+  expectusage({"fdbms"});
+  expectusage({"install", "a", "b"});
+  expectusage({"setparameter", "f", "[S]", "K"});
+  expectusage({"setparameter", "f", "[S]", "K", "V", "more"});
+  expectusage({"merge", "a", "b"});
+  expectusage({"setparameter", "a"});
+}
+
+TEST_F(CommandLine, WithAnUnknownCommandShowsTheUsage) {
+  expectusage({"Update", "a"});
+  expectusage({"update2", "a"});
+  expectusage({"", "a"});
+  expectusage({"--help"});
 }
 
 TEST_F(CommandLine, InstallDoesNothingAndAnswers1) {

@@ -49,20 +49,12 @@ TEST_F(Driver, AppliesTheStepsThatAreNewerThanTheVersion) {
   EXPECT_TRUE(convert(
       "5.43", "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.43\nrbufsiz=1\n[Miscellaneous]\nDefLoginNSP=A\n"));
   EXPECT_EQ(lines(), current + "[Miscellaneous]\nDefLoginNSP=A\n");
+}
+
+TEST_F(Driver, TakesAVersionWithoutAStepOfItsOwn) {
   EXPECT_TRUE(convert("5.31", current + "[Startup]\nJournalSetsKills=1\n"));
   EXPECT_EQ(find("[Startup]", "JournalSetsKills"), nullptr) << "step 5.32 runs";
   EXPECT_EQ(find("[Cluster]"), nullptr) << "step 5.3 does not";
-  const std::string file = current + "[Startup]\nDomainspaceMaster=YES\n[Net]\nNSBackupMaster=2\n";
-  EXPECT_TRUE(convert("3.11", file));
-  EXPECT_EQ(getvalue("[Startup]", "DomainspaceMaster"), "1,2");
-  EXPECT_EQ(find("[Net]", "NSBackupMaster"), nullptr);
-  EXPECT_TRUE(convert("3.13", file));
-  EXPECT_EQ(getvalue("[Startup]", "DomainspaceMaster"), "YES");
-  EXPECT_EQ(getvalue("[Net]", "NSBackupMaster"), "2");
-  EXPECT_TRUE(convert("5.34", current + "implheap=100000,300000\n"));
-  EXPECT_EQ(getvalue("[Startup]", "WebServer"), "ON,8972") << "step 5.35";
-  EXPECT_EQ(getvalue("[config]", "locksiz"), "1179648") << "step 5.36";
-  EXPECT_EQ(find("[config]", "implheap"), nullptr) << "step 5.37 deletes what both have set";
 }
 
 TEST_F(Driver, AppliesToEveryVersionAllStepsBehindItInTheirOrder) {
@@ -85,6 +77,23 @@ TEST_F(Driver, AppliesToEveryVersionAllStepsBehindItInTheirOrder) {
     testing::internal::GetCapturedStdout();
     EXPECT_EQ(lines(), expected) << sVersions[version];
   }
+}
+
+TEST_F(Driver, RunsStep312ForA311FileOnly) {
+  const std::string file = current + "[Startup]\nDomainspaceMaster=YES\n[Net]\nNSBackupMaster=2\n";
+  EXPECT_TRUE(convert("3.11", file));
+  EXPECT_EQ(getvalue("[Startup]", "DomainspaceMaster"), "1,2");
+  EXPECT_EQ(find("[Net]", "NSBackupMaster"), nullptr);
+  EXPECT_TRUE(convert("3.13", file));
+  EXPECT_EQ(getvalue("[Startup]", "DomainspaceMaster"), "YES");
+  EXPECT_EQ(getvalue("[Net]", "NSBackupMaster"), "2");
+}
+
+TEST_F(Driver, RunsSteps535And536ForA534File) {
+  EXPECT_TRUE(convert("5.34", current + "implheap=100000,300000\n"));
+  EXPECT_EQ(getvalue("[Startup]", "WebServer"), "ON,8972") << "step 5.35";
+  EXPECT_EQ(getvalue("[config]", "locksiz"), "1179648") << "step 5.36";
+  EXPECT_EQ(find("[config]", "implheap"), nullptr) << "step 5.37 deletes what both have set";
 }
 
 TEST_F(Driver, WritesTheVersionIntoField3OfThePlatformRecord) {

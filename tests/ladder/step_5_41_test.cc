@@ -53,8 +53,6 @@ TEST_F(Step541, CountsTheDdpServersAsPorts) {
             servers + "[config]\nLegacyNetConn=8,2,1012,2,0,0\n[Net]\nmaxdsmport=2\n");
   EXPECT_EQ(step541(servers + "[config]\nLegacyNetConn=8\n[Net]\n"),
             servers + "[config]\nLegacyNetConn=8,,,2\n[Net]\n");
-  EXPECT_EQ(step541("[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxdsmport=0\n"),
-            "[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxdsmport=1\n");
 }
 
 TEST_F(Step541, KeepsAPortCountThatIsThere) {
@@ -68,6 +66,11 @@ TEST_F(Step541, CountsAHostAsOnePort) {
             host + "[config]\nLegacyNetConn=0,0,0,1\n[Net]\nmaxdsmport=1\n");
   const std::string none = "[DSM-DDP]\nDdpHost=\nNetIsDDP_2=b\n[config]\nLegacyNetConn=0,0,0,0\n[Net]\nmaxdsmport=0\n";
   EXPECT_EQ(step541(none), none);
+}
+
+TEST_F(Step541, SetsTheNetworksPortsAlsoWithoutASummary) {
+  EXPECT_EQ(step541("[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxdsmport=0\n"),
+            "[DSM-DDP]\nNetIsDDP_1=a\n[Net]\nmaxdsmport=1\n");
 }
 
 /// What is left of the mapping section of a namespace "USER".
@@ -103,14 +106,17 @@ TEST_F(Step541, DropsOddByPrefixAndTheOthersExactly) {
   EXPECT_EQ(mappings("GloMap_1=oddX,a\nGloMap_2=b\n"), "[NspMap.USER]\nGloMap_1=b\n");
 }
 
+TEST_F(Step541, SkipsASectionWithoutAFirstMapping) {
+  const std::string kept = "[NspMap.USER]\nGloMap_2=oddX\n";
+  EXPECT_EQ(mappings(kept.substr(14)), kept);
+  EXPECT_EQ(mappings(""), "[NspMap.USER]\n");
+}
+
 TEST_F(Step541, StopsAtGaps) {
   EXPECT_EQ(mappings("GloMap_1=a\nGloMap_3=odd\n"), "[NspMap.USER]\nGloMap_1=a\nGloMap_3=odd\n");
   EXPECT_EQ(mappings("GloMap_1=odd\nGloMap_3=b\nGloSLM_odd_2=x\n"), "[NspMap.USER]\nGloMap_3=b\nGloSLM_odd_2=x\n");
   const std::string hidden = "[Namespaces]\nNsp_2=USER\n[NspMap.USER]\nGloMap_1=odd\n";
   EXPECT_EQ(step541(hidden), hidden);
-  const std::string kept = "[NspMap.USER]\nGloMap_2=oddX\n";
-  EXPECT_EQ(mappings(kept.substr(14)), kept);
-  EXPECT_EQ(mappings(""), "[NspMap.USER]\n");
 }
 
 TEST_F(Step541, TakesALineWithAnEmptyKeyForTheEndOfTheSection) {

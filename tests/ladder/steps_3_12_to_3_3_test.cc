@@ -14,15 +14,21 @@ class Step33 : public StoreTest {};
 TEST_F(Step312, JoinsDomainspaceMasterAndItsBackup) {
   EXPECT_EQ(converted("3.12", "[Startup]\nDomainspaceMaster=YES\n[Net]\nNSBackupMaster=2\n"),
             "[Startup]\nDomainspaceMaster=1,2\n[Net]\n");
-  EXPECT_EQ(converted("3.12", "[Startup]\nx=1\n[Net]\nNSBackupMaster=2\n"), "[Startup]\nx=1\n[Net]\n");
-  EXPECT_EQ(converted("3.12", "[Net]\nNSBackupMaster\n[Startup]\nDomainspaceMaster=NO\n"),
-            "[Net]\n[Startup]\nDomainspaceMaster=0,\n");
 }
 
 TEST_F(Step312, TakesOnlyYesInCapitalsForYes) {
   EXPECT_EQ(converted("3.12", "[Startup]\nDomainspaceMaster=yes\n"), "[Startup]\nDomainspaceMaster=0\n");
   EXPECT_EQ(converted("3.12", "[Startup]\nDomainspaceMaster\n"), "[Startup]\nDomainspaceMaster=0\n");
   EXPECT_EQ(converted("3.12", "[Startup]\nDomainspaceMaster=YES\n"), "[Startup]\nDomainspaceMaster=1\n");
+}
+
+TEST_F(Step312, DeletesTheBackupMasterAlsoWhenItStandsAlone) {
+  EXPECT_EQ(converted("3.12", "[Startup]\nx=1\n[Net]\nNSBackupMaster=2\n"), "[Startup]\nx=1\n[Net]\n");
+}
+
+TEST_F(Step312, AddsAnEmptyBackupMasterWithItsComma) {
+  EXPECT_EQ(converted("3.12", "[Net]\nNSBackupMaster\n[Startup]\nDomainspaceMaster=NO\n"),
+            "[Net]\n[Startup]\nDomainspaceMaster=0,\n");
 }
 
 /// The platform record after step "3.13", and what it printed.
@@ -37,11 +43,14 @@ std::string normalised(const std::string& record, const std::string& printed = "
   return result.substr(before.size(), result.size() - before.size() - after.size());
 }
 
-TEST_F(Step313, NamesThePlatformsOfEachFamily) {
+TEST_F(Step313, NamesVmsPlatforms) {
   EXPECT_EQ(normalised("Alph axp~VMS~3.1"), "OpenVMS for Alpha~VMS~3.1");
   EXPECT_EQ(normalised("Alpha axp~VMS"), "OpenVMS for Alpha~VMS");
   EXPECT_EQ(normalised("VAX/VMS~VMS~3.1~x"), "OpenVMS for VAX~VMS~3.1~x");
   EXPECT_EQ(normalised("HP~VMS~3.1"), "HP~VMS~3.1");
+}
+
+TEST_F(Step313, NamesUnixPlatforms) {
   EXPECT_EQ(normalised("Alpha OSF~UNIX"), "Digital UNIX~UNIX");
   EXPECT_EQ(normalised("Alpha axp~UNIX"), "Digital UNIX~UNIX");
   EXPECT_EQ(normalised("Alph axp~UNIX"), "Digital UNIX~UNIX");
@@ -56,10 +65,16 @@ TEST_F(Step313, NamesThePlatformsOfEachFamily) {
   EXPECT_EQ(normalised("Solaris/SPARC~UNIX"), "Solaris (SPARC)~UNIX");
   EXPECT_EQ(normalised("Solaris/Intel~UNIX"), "Solaris (Intel)~UNIX");
   EXPECT_EQ(normalised("hp~UNIX"), "hp~UNIX");
+}
+
+TEST_F(Step313, NamesWindowsPlatforms) {
   EXPECT_EQ(normalised("whatever~Windows 95~3.1"), "Windows 95/98~Windows 95~3.1");
   EXPECT_EQ(normalised("Intel~Windows NT~3.1"), "Windows NT (Intel)~Windows NT~3.1");
   EXPECT_EQ(normalised("Alpha~Windows NT~3.1"), "Windows NT (Alpha)~Windows NT~3.1");
   EXPECT_EQ(normalised("HP~Windows NT~3.1"), "HP~Windows NT~3.1");
+}
+
+TEST_F(Step313, MakesDgIntelAUnixPlatform) {
   EXPECT_EQ(normalised("DG/Intel~Intel~3.1"), "DG AViiON (Intel)~UNIX~3.1");
   EXPECT_EQ(normalised("DG/Intel"), "DG AViiON (Intel)~UNIX");
 }
@@ -178,9 +193,12 @@ TEST_F(Step32, RenamesUsephysicalmemOnVmsOnly) {
   EXPECT_EQ(section(converted("3.2", "[config]\noverview=A~VMS\n"), "[config]"), "[config]\noverview=A~VMS\n");
 }
 
-TEST_F(Step321, CountsTheSerialPortsAndTwoWithoutAny) {
+TEST_F(Step321, CountsTheSerialPorts) {
   EXPECT_EQ(converted("3.21", "[Com]\nCOM1:=x\nCOM2:\nCOM4:=y\n[config]\nttysiz=64,1\n"),
             "[Com]\nCOM1:=x\nCOM2:\nCOM4:=y\n[config]\nttysiz=64,4\n");
+}
+
+TEST_F(Step321, CountsTwoWithoutAnyPort) {
   EXPECT_EQ(converted("3.21", "[Com]\nCOM1=x\nCOM2:=x\n[config]\nttysiz=64,1,7\n"),
             "[Com]\nCOM1=x\nCOM2:=x\n[config]\nttysiz=64,2,7\n");
   EXPECT_EQ(converted("3.21", "[config]\nttysiz\n"), "[config]\nttysiz=,2\n");
@@ -194,6 +212,9 @@ TEST_F(Step33, SplitsTheBigBufferSize) {
             "[config]\nbbsiz=64,64\n[Shadowing]\nKeepCliProp=0\n");
   EXPECT_EQ(converted("3.3", "[config]\nbbsiz=128,5\n[Shadowing]\n"),
             "[config]\nbbsiz=128,128\n[Shadowing]\nKeepCliProp=0\n");
+}
+
+TEST_F(Step33, Takes0ForABigBufferSizeWithoutNumber) {
   EXPECT_EQ(converted("3.3", "[config]\nbbsiz=auto\n[Shadowing]\n"),
             "[config]\nbbsiz=0,0\n[Shadowing]\nKeepCliProp=0\n");
 }

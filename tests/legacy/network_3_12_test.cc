@@ -25,13 +25,19 @@ std::string network312(const std::string& lines) {
   return result.substr(0, begin);
 }
 
-TEST_F(Network312, MovesTheFirstServerOfEachNumberPaddedToItsFields) {
+TEST_F(Network312, MovesTheServers) {
   EXPECT_EQ(network312("[Net]\nNetIsEther_1=a~b~c~d~e~f\nNetIsUdp_1=a~b\nNetIsDDP_1=a~b\nDDPVolSet_1=a~b\n"
                        "DDPVolumeAndUci_1=a~b\nDdpHost=h~i\nNetIsEther_2\n"),
             "[Net]\n[Data Servers]\nNetIsEther_1=a,b,c,d,0,f\nNetIsEther_2=,,,,0\nNetIsUDP_1=a,b,,,,0\n"
             "[DSM-DDP]\nNetIsDDP_1=a,b\nDDPVolSet_1=a~b\nDDPVolumeAndUci_1=a,b\nDdpHost=h~i\n");
+}
+
+TEST_F(Network312, PadsUdpServersToSixFields) {
   EXPECT_EQ(network312("[Net]\nNetIsUdp_1=a~b\nNetIsUdp_3=c\nNetIsUDP_1=d\n"),
             "[Net]\nNetIsUdp_3=c\nNetIsUDP_1=d\n[Data Servers]\nNetIsUDP_1=a,b,,,,0\n");
+}
+
+TEST_F(Network312, MovesTheFirstOfTwoServersOfANumber) {
   EXPECT_EQ(network312("[Net]\nNetIsEther_1=a\nNetIsEther_1=b\n"),
             "[Net]\nNetIsEther_1=b\n[Data Servers]\nNetIsEther_1=a,,,,0\n");
 }
@@ -41,13 +47,19 @@ TEST_F(Network312, CutsDatabasesToFiveFields) {
                     "DataSet_5=a,b,c,d,e,\nDataSet_7=a,b,c,d,e,f\n"),
             "[Datasets]\nDataSet_1=a,b,c,d,e\nDataSet_2=a,b,c,d,e\nDataSet_3=a\nDataSet_4\nDataSet_5=a,b,c,d,e\n"
             "DataSet_7=a,b,c,d,e,f\nDataSet_6=VELMTEMP,velmtemp,,0,P,0,0\n");
+}
+
+TEST_F(Network312, KeepsADatabaseOfFewerThanFiveFieldsWhole) {
   EXPECT_EQ(step312("[DataSets]\nDataSet_1=a,b,c,d\n"),
             "[Datasets]\nDataSet_1=a,b,c,d\nDataSet_2=VELMTEMP,velmtemp,,0,P,0,0\n");
 }
 
-TEST_F(Network312, MovesTheNamespacesUpToAnEmptyKey) {
+TEST_F(Network312, MovesTheNamespaces) {
   EXPECT_EQ(step312("[Datasets]\n[Namespace]\nNsp~1=a~b~c\nNsp~3=lost\nx=1\n"),
             "[Datasets]\nDataSet_1=VELMTEMP,velmtemp,,0,P,0,0\n[Namespaces]\nNsp_1=a,b,c,,,,VELMTEMP\n");
+}
+
+TEST_F(Network312, LeavesNamespaceLinesFromAnEmptyKeyOn) {
   EXPECT_EQ(step312("[Datasets]\n[A]\n[Namespace]\nNsp~1=a\ny=0\n=x\ny=1\n"),
             "[Datasets]\nDataSet_1=VELMTEMP,velmtemp,,0,P,0,0\n[A]\n=x\ny=1\n[Namespaces]\nNsp_1=a,,,,,,VELMTEMP\n");
 }
