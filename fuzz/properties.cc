@@ -4,8 +4,8 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "document/forget.h"
 #include "document/ends.h"
+#include "document/forget.h"
 #include "document/linestore.h"
 #include "document/observer.h"
 #include "document/parse.h"

@@ -1,6 +1,5 @@
-// How a run ends: its two exit statuses, and the two ways in which it ends early. Both are raised where they are
-// noticed and turned into output and exit status in one place, beside `main`; memory that cannot be had is the third,
-// the library's own std::bad_alloc.
+// How a run ends: its two exit statuses, and two of the three ways in which it ends early; the third is the library's
+// std::bad_alloc. `main` turns what is thrown into output and exit status.
 #pragma once
 
 #include <initializer_list>

@@ -20,7 +20,7 @@ struct Observer {
 
 inline const Observer* observer = nullptr;
 
-/// Lets an observer observe as long as it lives.
+/// Lets an observer observe as long as it lives. One at a time.
 class Observing {
  public:
   explicit Observing(const Observer& who) { observer = &who; }

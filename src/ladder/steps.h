@@ -2,7 +2,7 @@
 // what they do not find alone or add it. They report nothing, but for step "3.13", which names an unknown
 // operating-system family on standard output.
 //
-// What a step appends it appends beside an entry of that key, wherever it does not say that it looks for one: kept.
+// Kept: what a step appends it appends beside an entry of that key, wherever it does not say that it looks for one.
 #pragma once
 
 namespace tolvane {

@@ -21,7 +21,7 @@ struct Rename {
   std::string_view newname;
 };
 
-// "OpenVMS for VAX" and "Digital UNIX" are known to no platform table: such files end at the platform check. Kept.
+// Kept: "OpenVMS for VAX" and "Digital UNIX" are known to no platform table. Such files end at the platform check.
 constexpr Rename platformrenames[] = {
     {"VMS",        "Alph axp",                "OpenVMS for Alpha"         },
     {"VMS",        "Alpha axp",               "OpenVMS for Alpha"         },

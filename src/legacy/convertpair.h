@@ -11,7 +11,7 @@ Text legacyversion();
 
 /// The converted system file while the line store is for the network file.
 struct LegacySystem {
-  Text version;  // that it had
+  Text version;  // of the file as it was read
   Aside lines;
 };
 

@@ -1,4 +1,4 @@
-// What a step appends it appends beside an entry of that key, without looking for one: kept.
+// Kept: what a step appends it appends beside an entry of that key, without looking for one.
 #include "legacy/convertsystem.h"
 
 #include "document/edits.h"
