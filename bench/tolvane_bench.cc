@@ -6,10 +6,10 @@
 #include <cstdlib>
 #include <string>
 
-#include "document/forget.h"
 #include "document/entries.h"
 #include "document/fields.h"
 #include "document/files.h"
+#include "document/forget.h"
 #include "ladder/convertconfig.h"
 #include "ladder/ladder.h"
 #include "legacy/merge.h"

@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <new>
+
+#include "document/ends.h"
 
 namespace tolvane {
 
@@ -36,7 +39,14 @@ int readall(int file, std::string& bytes, std::size_t limit) {
   return 0;
 }
 
-bool endsrun(int readerror) { return readerror != 0 && readerror != EISDIR; }
+void checkopen(int error, const char* path) {
+  if (error == ENOMEM) throw std::bad_alloc{};
+  if (error != 0) throw unreadable(path);
+}
+
+void checkread(int error, const char* path) {
+  if (error != 0 && error != EISDIR) throw unreadable(path);  // half a file must not be taken for the whole one
+}
 
 bool writeall(int file, std::string_view contents) {
   while (!contents.empty()) {

@@ -7,7 +7,7 @@
 namespace tolvane {
 
 void load(Original& original) {
-  const std::string bytes = original.contents();
+  const std::string bytes = original.bytes();
   parse(bytes);
 }
 

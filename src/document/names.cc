@@ -15,7 +15,7 @@ namespace tolvane {
 namespace {
 
 /// Returns true if the directory has no entries but "." and "..". One that cannot be read counts as full.
-bool emptydirectory(int directory, const char* name) {
+bool isempty(int directory, const char* name) {
   Descriptor opened{openat(directory, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)};
   const std::unique_ptr<DIR, int (*)(DIR*)> entries{fdopendir(opened.number()), closedir};
   if (entries == nullptr) return false;
@@ -38,8 +38,13 @@ Standing standingunder(int directory, const char* name) {
     return errno == ENAMETOOLONG ? Standing::toolong : Standing::nothing;
   }
   if (S_ISREG(status.st_mode)) return Standing::regular;
-  if (!S_ISDIR(status.st_mode)) return Standing::other;
-  return emptydirectory(directory, name) ? Standing::emptydirectory : Standing::full;
+  if (S_ISLNK(status.st_mode)) return Standing::link;
+  return S_ISDIR(status.st_mode) ? Standing::directory : Standing::other;
+}
+
+bool preventsbackup(int directory, const char* name) {
+  const Standing standing = standingunder(directory, name);
+  return standing == Standing::toolong || (standing == Standing::directory && !isempty(directory, name));
 }
 
 bool removed(int directory, const char* name) {

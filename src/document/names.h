@@ -1,4 +1,5 @@
-// The names beside a file that is replaced: its temporary file and its backup, and what may stand under them.
+// The names beside a file that is replaced, of its temporary file and of its backup: what may stand under them, and
+// removing it.
 #pragma once
 
 #include <string_view>
@@ -15,8 +16,8 @@ Text backupname(const char* path, std::string_view suffix);
 /// Returns true if the new contents are lost. Kept: that is so if the backup has the name of the temporary file.
 bool losescontents(const Text& temporary, const Text& backup);
 
-/// What stands under a name, symbolic links not followed. `full` is a directory that is not empty.
-enum class Standing { nothing, regular, other, emptydirectory, full, toolong };
+/// What stands under a name, symbolic links not followed.
+enum class Standing { nothing, regular, link, directory, other, toolong };
 
 /// Looks a name up in a directory (a descriptor, or AT_FDCWD).
 Standing standingunder(int directory, const char* name);
@@ -24,10 +25,11 @@ Standing standingunder(int directory, const char* name);
 /// Returns true if a temporary file can be created there: a regular file is a stale one, which is removed first.
 constexpr bool givesway(Standing standing) { return standing == Standing::nothing || standing == Standing::regular; }
 
-/// Returns true if removed() would remove what stands there.
-constexpr bool removable(Standing standing) {
-  return standing == Standing::regular || standing == Standing::other || standing == Standing::emptydirectory;
-}
+/// Returns true if a backup replaces something. A file that is a symbolic link is itself renamed to the backup.
+constexpr bool replaces(Standing standing) { return standing != Standing::nothing && standing != Standing::toolong; }
+
+/// Returns true if no backup can be made there: the name is too long, or removed() would fail.
+bool preventsbackup(int directory, const char* name);
 
 /// Removes a file or an empty directory, like remove(3). Returns false, with errno set, on error.
 bool removed(int directory, const char* name);

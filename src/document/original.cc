@@ -30,7 +30,7 @@ Original Original::opened(Lock& lock, const char* path, Lock::Kind kind) {
   Original original{lock, path};
   do {
     original.file_ = original.open(O_RDONLY);
-    if (!original.file_.isopen() && errno == ENOMEM) throw std::bad_alloc{};
+    if (!original.file_.isopen()) checkopen(errno, path);
     if (fstat(original.file(), &original.status_) != 0) throw unreadable(path);
     if (!original.regular()) return notregular(std::move(original));
   } while (!original.lockedin(kind));
@@ -73,11 +73,10 @@ Original Original::replaced(Lock& lock, const char* path) {
 
 Descriptor Original::open(int flags) const { return Descriptor{openat(directory_, name(), flags | O_CLOEXEC)}; }
 
-std::string Original::contents() {
+std::string Original::bytes() {
   const Descriptor reading = std::move(reading_);  // closed at the end, see notregular()
   std::string bytes;
-  // Half a file must not be taken for the whole one.
-  if (endsrun(readall(reading.isopen() ? reading.number() : file(), bytes))) throw unreadable(path_);
+  checkread(readall(reading.isopen() ? reading.number() : file(), bytes), path_);
   return bytes;
 }
 

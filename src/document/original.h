@@ -31,7 +31,7 @@ class Original {
 
   /// Reads the opened file. Call it once. A directory counts as an empty file. Throws Fatal ("Cannot open file %s for
   /// input.") if the file cannot be read to its end.
-  [[nodiscard]] std::string contents();
+  [[nodiscard]] std::string bytes();
 
   [[nodiscard]] Lock& lock() const { return *lock_; }
 

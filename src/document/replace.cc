@@ -31,8 +31,6 @@ bool renamed(const Original& original, const char* from, const char* to) {
   return renameat(original.directory(), from, original.directory(), to) == 0;
 }
 
-bool removed(const Original& original, const char* name) { return tolvane::removed(original.directory(), name); }
-
 /// Returns true if the name (not following symbolic links) refers to another file than that, or to no file any more.
 bool namesanother(const Original& original, const char* name, int file) {
   struct stat named = {};
@@ -51,7 +49,7 @@ bool removestale(const Original& original, const Text& temporary) {
     const Descriptor stale{openat(original.directory(), name, flags)};
     if (stale.isopen() && !original.isnamed(name) && !original.lock().add(stale.number(), temporary.c_str())) continue;
     if (!stale.isopen() || !namesanother(original, name, stale.number())) {
-      return removed(original, name) || errno == ENOENT;
+      return removed(original.directory(), name) || errno == ENOENT;
     }
     original.lock().wait();
   }
@@ -82,7 +80,7 @@ void save(const Original& original, const Text& temporary, int file, const std::
   const bool ours = !namesanother(original, name, file);
   const bool current = original.isnamed(original.name());
   if (written && ours && current) return;
-  if (ours) (void)removed(original, name);
+  if (ours) (void)removed(original.directory(), name);
   if (!written) throw cannotwrite();
   throw cannotopen(current ? temporary.c_str() : original.path());
 }
@@ -92,7 +90,8 @@ int finish(const Original& original, const Text& temporary) {
   const char* const name = original.nameof(temporary);
   if (renamed(original, name, original.name())) return 0;
   // rename(2) does not replace a directory, but an empty one can be removed.
-  if (errno == EISDIR && removed(original, original.name()) && renamed(original, name, original.name())) return 0;
+  if (errno == EISDIR && removed(original.directory(), original.name()) && renamed(original, name, original.name()))
+    return 0;
   return errno;
 }
 
@@ -112,14 +111,14 @@ bool linked(const Original& original, const char* backup) {
   if (linkat(original.directory(), original.name(), original.directory(), backup, 0) != 0) return false;
   if (original.isnamed(backup)) return true;
   // An overlay gives the link another inode, or the name referred to another file at that moment.
-  (void)removed(original, backup);
+  (void)removed(original.directory(), backup);
   return false;
 }
 
 /// Replaces the original after it was linked to the backup name.
 Refused replacelinked(const Original& original, const Text& temporary, const char* backup) {
   const int error = finish(original, temporary);
-  if (error != 0) (void)removed(original, backup);
+  if (error != 0) (void)removed(original.directory(), backup);
   return {error, 0};
 }
 
@@ -135,11 +134,12 @@ Refused replacerenamed(const Original& original, const Text& temporary, const ch
 
 Refused keep(const Original& original, const Text& temporary, const Text& backup) {
   const char* const old = original.nameof(backup);
-  (void)removed(original, old);  // kept: with the suffix "tmp" this is what was just saved, and the original stays
+  (void)removed(original.directory(),
+                old);  // kept: with the suffix "tmp" this is what was just saved, and the original stays
   if (losescontents(temporary, backup)) return {};
   if (linked(original, old)) return replacelinked(original, temporary, old);
   if (original.isnamed(original.name())) return replacerenamed(original, temporary, old);
-  (void)removed(original, original.nameof(temporary));
+  (void)removed(original.directory(), original.nameof(temporary));
   throw cannotopen(original.path());
 }
 

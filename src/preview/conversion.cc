@@ -18,10 +18,10 @@ void appendlines(Snapshot& snapshot, const Line* first, Vocabulary& words) {
 
 }  // namespace
 
-std::optional<Text> convertsources(std::size_t count, const Load& load) {
+std::optional<Text> convertsources(bool merge, const Load& load) {
   forget();
   load(0, nullptr);
-  if (count == 1) return convert();
+  if (!merge) return convert();
   LegacySystem system = convertsystemfile();
   load(1, &system.lines);
   joinnetworkfile(system);

@@ -14,7 +14,7 @@ using Load = std::function<void(std::size_t source, const Aside* system)>;
 
 /// Forgets earlier lines and converts one source as `update` does, or two as `merge`. Returns the suffix of the backup,
 /// without a meaning for a merge; none when nothing would be written. Ends as the commands do.
-std::optional<Text> convertsources(std::size_t count, const Load& load);
+std::optional<Text> convertsources(bool merge, const Load& load);
 
 /// The lines that are aside, unless that is null, and behind them those of the store.
 Snapshot snapshot(const Aside* aside, Vocabulary& words);

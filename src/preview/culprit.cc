@@ -54,8 +54,9 @@ bool endslikewise(const Preview& preview, std::size_t whole) {
   const Observer counting{[&parts](auto...) { ++parts; }, [](std::string_view) {}};
   const Observing here{counting};
   try {
-    (void)convertsources(contents.size(), [&](std::size_t source, const Aside* /*system*/) {
-      if (endsrun(preview.sources[source].input.error)) throw unreadable("");
+    (void)convertsources(preview.request.merge(), [&](std::size_t source, const Aside* /*system*/) {
+      checkopen(preview.sources[source].openerror, "");
+      checkread(preview.sources[source].readerror, "");
       parse(contents[source]);
     });
   } catch (const TextTooLong&) {

@@ -8,8 +8,8 @@
 namespace tolvane {
 
 /// The line of the preview's sources without whose length the conversion would not end in the part that it ended in:
-/// the first one that, whole, is too much. None when no line is to blame. Empties the line store, and leaves
-/// no observer.
+/// the first one that, whole, is too much. None when no line is to blame. Uses the line store, and leaves no
+/// observer.
 std::optional<LongLine> culprit(const Preview& preview);
 
 }  // namespace tolvane

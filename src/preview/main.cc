@@ -125,7 +125,7 @@ void complain(std::string_view about, std::string_view what) {
 std::string diff(const Preview& preview, bool color) {
   if (preview.outcome != Outcome::changed) return {};
   const Request& request = preview.request;
-  const std::string exact = tolvane::unified(preview.sources[0].input.bytes, preview.result, request.path,
+  const std::string exact = tolvane::unified(preview.sources[0].bytes, preview.result, request.path,
                                              request.merge() ? "merged" : request.path);
   return color || isatty(STDOUT_FILENO) == 1 ? tolvane::shown(exact, color) : exact;
 }

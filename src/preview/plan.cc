@@ -1,7 +1,6 @@
 #include "preview/plan.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstring>
@@ -13,25 +12,21 @@ namespace tolvane {
 
 namespace {
 
-bool islink(const char* path) {
-  struct stat status = {};
-  return lstat(path, &status) == 0 && S_ISLNK(status.st_mode);
-}
-
-/// Why there would be no backup; empty when there would.
-std::string backupobstacle(Standing standing) {
-  if (standing == Standing::full) return "a folder that is not empty has this name";
-  return standing == Standing::toolong ? "this name is too long for the file system" : "";
-}
-
 std::string temporaryobstacle(Standing standing) {
   return standing == Standing::toolong ? std::strerror(ENAMETOOLONG) : "it is there and no plain file";
 }
 
+/// Why there would be no backup; empty when there would.
+std::string backupobstacle(const Text& name, Standing standing) {
+  if (!preventsbackup(AT_FDCWD, name.c_str())) return {};
+  return standing == Standing::toolong ? "this name is too long for the file system"
+                                       : "a folder that is not empty has this name";
+}
+
 Backup backupunder(const Text& name, const char* path) {
   const Standing standing = standingunder(AT_FDCWD, name.c_str());
-  const bool replaces = removable(standing) || standing == Standing::full;
-  return {std::string(name), replaces, islink(path), backupobstacle(standing)};
+  const bool link = standingunder(AT_FDCWD, path) == Standing::link;
+  return {std::string(name), replaces(standing), link, backupobstacle(name, standing)};
 }
 
 void plan(Preview& preview, const Text& temporary, const Text& name) {

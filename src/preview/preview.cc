@@ -1,11 +1,13 @@
 #include "preview/preview.h"
 
+#include <fcntl.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <new>
 
 #include "document/bytes.h"
+#include "document/descriptor.h"
 #include "document/ends.h"
 #include "document/entries.h"
 #include "document/forget.h"
@@ -49,22 +51,31 @@ void endpart(Run& run) {
   run.before = std::move(now);
 }
 
+/// Reads a file once, so that it may be a pipe. Ends as a run does that cannot read it.
+void read(Source& source) {
+  const char* const path = source.path.c_str();
+  const Descriptor file{open(path, O_RDONLY | O_CLOEXEC)};
+  if (!file.isopen()) source.openerror = errno;
+  checkopen(source.openerror, path);
+  source.readerror = readall(file.number(), source.bytes, largestsource);
+  if (source.bytes.size() > largestsource) source.readerror = EFBIG;
+  checkread(source.readerror, path);
+}
+
 /// Fills the line store with a source and describes it.
 void loadsource(Run& run, std::size_t number, const Aside* system) {
   run.system = system;
   endpart(run);
   Preview& preview = run.preview;
   Source& source = preview.sources[number];
-  source.input = readinput(source.path.c_str());
-  if (source.input.error == ENOMEM) throw std::bad_alloc{};
-  if (endsrun(source.input.error)) throw unreadable(source.path.c_str());
-  source.reading = parse(source.input.bytes);
+  read(source);
+  source.reading = parse(source.bytes);
   source.loaded = true;
   source.version = preview.request.merge() ? legacyversion() : getvalue("[ConfigFile]", "Version");
   source.platform = platformname();
   source.family = platformfamily();
   source.lines = snapshot(nullptr, preview.words);
-  run.before = snapshot(system, preview.words);
+  run.before = system == nullptr ? source.lines : snapshot(system, preview.words);
 }
 
 /// Tells a run what its conversion does.
@@ -91,21 +102,21 @@ void takeresult(Preview& preview, const Snapshot& result, std::string_view suffi
 /// The source that is too large to be previewed, if one is.
 const Source* toolarge(const Preview& preview) {
   const auto found = std::find_if(preview.sources.begin(), preview.sources.end(),
-                                  [](const Source& source) { return source.input.error == EFBIG; });
+                                  [](const Source& source) { return source.readerror == EFBIG; });
   return found == preview.sources.end() ? nullptr : &*found;
 }
 
 void endfatally(Preview& preview, const std::string& message) {
   if (const Source* const source = toolarge(preview)) {
-    const std::string limit = std::to_string(largestinput >> 20) + " MiB";
+    const std::string limit = std::to_string(largestsource >> 20) + " MiB";
     preview.trouble = {.message = source->path + " has more than " + limit + " and is not previewed.", .unread = true};
     return;
   }
   preview.messages += message + '\n';
   preview.trouble = {.message = message, .inpart = !preview.parts.empty()};
   for (const Source& source : preview.sources) {
-    if (source.input.error != 0)
-      preview.trouble->message += std::string(" (") + std::strerror(source.input.error) + ')';
+    const int error = source.openerror != 0 ? source.openerror : source.readerror;
+    if (error != 0) preview.trouble->message += std::string(" (") + std::strerror(error) + ')';
   }
 }
 
@@ -116,7 +127,7 @@ bool converted(Preview& preview) {
   const Observing here{who};
   try {
     const auto load = [&run](std::size_t source, const Aside* system) { loadsource(run, source, system); };
-    const std::optional<Text> suffix = convertsources(preview.sources.size(), load);
+    const std::optional<Text> suffix = convertsources(preview.request.merge(), load);
     run.system = nullptr;
     preview.outcome = Outcome::unchanged;
     if (!suffix) return true;

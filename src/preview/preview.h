@@ -8,7 +8,6 @@
 
 #include "document/parse.h"
 #include "preview/account.h"
-#include "preview/input.h"
 
 namespace tolvane {
 
@@ -20,10 +19,15 @@ struct Request {
   [[nodiscard]] bool merge() const { return networkpath != nullptr; }
 };
 
+/// The most bytes that are previewed: what is larger is no parameter file, and has the read error EFBIG.
+inline constexpr std::size_t largestsource = 64 << 20;
+
 /// A file that is read, and what it says of itself.
 struct Source {
   std::string path;
-  Input input;
+  std::string bytes;
+  int openerror = 0;  // error numbers of opening and reading it, 0 for none
+  int readerror = 0;
   Reading reading;
   Snapshot lines;  // as they were read
   bool loaded = false;

@@ -5,6 +5,7 @@
 #include <cerrno>
 
 #include "document/descriptor.h"
+#include "tests/support/fatal.h"
 #include "tests/support/program.h"
 
 namespace tolvane::test {
@@ -56,9 +57,15 @@ TEST_F(ReadAll, ReturnsTheError) {
   EXPECT_EQ(bytes, "");
   // The kernel refuses to read the page at address 0.
   EXPECT_EQ(read("/proc/self/mem"), EIO);
-  EXPECT_TRUE(endsrun(EIO));
-  EXPECT_FALSE(endsrun(0));
-  EXPECT_FALSE(endsrun(EISDIR)) << "a directory counts as an empty file";
+}
+
+TEST(ReadErrors, EndARun) {
+  EXPECT_NO_THROW(checkopen(0, "a"));
+  EXPECT_THROW(checkopen(ENOMEM, "a"), std::bad_alloc);
+  EXPECT_EQ(fatal([] { checkopen(EACCES, "a"); }), "Cannot open file a for input.");
+  EXPECT_NO_THROW(checkread(0, "a"));
+  EXPECT_NO_THROW(checkread(EISDIR, "a")) << "a directory counts as an empty file";
+  EXPECT_EQ(fatal([] { checkread(EIO, "a"); }), "Cannot open file a for input.");
 }
 
 }  // namespace

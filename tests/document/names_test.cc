@@ -21,14 +21,16 @@ TEST(Names, AreThatOfTheFileAndAnEnding) {
   EXPECT_THROW((void)temporaryname(std::string(508, 'x').c_str()), TextTooLong);
 }
 
-/// What stands under a name in a directory, and whether removed() removes it, which has to be what removable() says.
+/// What stands under a name in a directory, and whether removed() removes it, which has to be what is foretold.
 class Standings : public ProgramTest {
  protected:
   [[nodiscard]] Standing standing(const std::string& name) const {
     const Standing found = standingunder(AT_FDCWD, (folder / name).c_str());
-    EXPECT_EQ(removed(AT_FDCWD, (folder / name).c_str()), removable(found)) << name;
+    const bool prevents = preventsbackup(AT_FDCWD, (folder / name).c_str());
+    EXPECT_EQ(removed(AT_FDCWD, (folder / name).c_str()), replaces(found) && !prevents) << name;
+    EXPECT_EQ(prevents, name == "full" || found == Standing::toolong) << name;
     std::error_code error;
-    EXPECT_EQ(fs::exists(fs::symlink_status(folder / name, error)), found == Standing::full) << name;
+    EXPECT_EQ(fs::exists(fs::symlink_status(folder / name, error)), name == "full") << name;
     return found;
   }
 };
@@ -41,17 +43,17 @@ TEST_F(Standings, AreToldApart) {
   ASSERT_EQ(mkfifo((folder / "fifo").c_str(), 0600), 0);
   EXPECT_EQ(standing("missing"), Standing::nothing);
   EXPECT_EQ(standing("file"), Standing::regular);
-  EXPECT_EQ(standing("link"), Standing::other);
+  EXPECT_EQ(standing("link"), Standing::link);
   EXPECT_EQ(standing("fifo"), Standing::other);
-  EXPECT_EQ(standing("empty"), Standing::emptydirectory);
-  EXPECT_EQ(standing("full"), Standing::full);
+  EXPECT_EQ(standing("empty"), Standing::directory);
+  EXPECT_EQ(standing("full"), Standing::directory);
   EXPECT_EQ(standing(std::string(256, 'x')), Standing::toolong);
 }
 
 TEST_F(Standings, GiveWayToATemporaryFile) {
   EXPECT_TRUE(givesway(Standing::nothing));
   EXPECT_TRUE(givesway(Standing::regular));
-  for (const Standing standing : {Standing::other, Standing::emptydirectory, Standing::full, Standing::toolong}) {
+  for (const Standing standing : {Standing::link, Standing::directory, Standing::other, Standing::toolong}) {
     EXPECT_FALSE(givesway(standing));
   }
 }

@@ -27,7 +27,7 @@ TEST_F(Originals, AreReadFromTheOpenedFile) {
   Original original = Original::opened(lock, name.c_str());
   fs::rename(path(), path("other"));
   write(path(), "new\n");
-  EXPECT_EQ(original.contents(), "old\n");
+  EXPECT_EQ(original.bytes(), "old\n");
   EXPECT_FALSE(original.isnamed("a"));
   EXPECT_TRUE(original.isnamed("other"));
   EXPECT_FALSE(original.isnamed("missing"));
@@ -48,7 +48,7 @@ TEST_F(Originals, ThatAreReplacedBeforeTheyAreLockedAreOpenedAgain) {
   });
   Original original = Original::opened(lock, name.c_str());
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "tolvane: waiting for the lock on " + name + "\n");
-  EXPECT_EQ(original.contents(), "new\n");
+  EXPECT_EQ(original.bytes(), "new\n");
   EXPECT_TRUE(original.isnamed("a"));
 }
 

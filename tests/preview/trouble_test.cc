@@ -1,7 +1,7 @@
 // Files that update or merge would refuse, and what tolvane-preview says of them.
 #include <gmock/gmock.h>
 
-#include "preview/input.h"
+#include "preview/preview.h"
 #include "tests/support/preview.h"
 
 namespace tolvane::test {
@@ -35,14 +35,17 @@ TEST_F(PreviewProgram, TellsThatTheTemporaryFileCouldNotBeMade) {
 
 TEST_F(PreviewProgram, PutsNoWordIntoTheMouthOfUpdateWhereItGivesUp) {
   write(folder / "a.qpx", old);
-  fs::resize_file(folder / "a.qpx", largestinput + 1);
+  fs::resize_file(folder / "a.qpx", largestsource);
+  EXPECT_EQ(preview({"--summary", "a.qpx"}).status, 1);
+  fs::resize_file(folder / "a.qpx", largestsource + 1);
   const std::string trouble = "a.qpx has more than 64 MiB and is not previewed.";
   const Outcome shown = preview({"a.qpx"});
   EXPECT_EQ(shown.printed, "a.qpx\n\nResult\n  " + trouble + '\n');
   EXPECT_EQ(shown.complained, "tolvane-preview: a.qpx: " + trouble + '\n');
   EXPECT_EQ(shown.status, 2);
   EXPECT_EQ(preview({"--summary", "a.qpx"}).printed, "a.qpx: " + trouble + '\n');
-  EXPECT_THAT(preview({"--json", "a.qpx"}).printed, HasSubstr(R"("messages":[],)"));
+  EXPECT_THAT(preview({"--json", "a.qpx"}).printed,
+              testing::AllOf(HasSubstr(R"("messages":[],)"), HasSubstr(R"("before":0,)")));
 }
 
 TEST_F(PreviewProgram, ReportsAnUnknownPlatform) {
