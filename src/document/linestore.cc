@@ -12,16 +12,16 @@ Line* last = nullptr;
 namespace {
 
 /// Makes two lines neighbours. None stands for an end of the store.
-void link(Line* line, Line* next) {
-  if (line == nullptr) {
-    start = next;
+void link(Line* before, Line* after) {
+  if (before == nullptr) {
+    start = after;
   } else {
-    line->next = next;
+    before->next = after;
   }
-  if (next == nullptr) {
-    last = line;
+  if (after == nullptr) {
+    last = before;
   } else {
-    next->previous = line;
+    after->previous = before;
   }
 }
 
