@@ -122,6 +122,8 @@ TEST_F(Step541, StopsAtGaps) {
 TEST_F(Step541, TakesALineWithAnEmptyKeyForTheEndOfTheSection) {
   EXPECT_EQ(mappings("=x\nGloMap_1=a\n[B]\n"), "=x\nGloMap_1=a\n[B]\n");
   EXPECT_EQ(mappings("GloMap_1=odd\n=x\ny=1\n"), "=x\ny=1\n");
+  EXPECT_EQ(mappings("GloMap_1=odd\n=x\nNsp_2=B\n[NspMap.B]\nGloMap_1=odd\ny=1\n"), "=x\nNsp_2=B\n[NspMap.B]\ny=1\n")
+      << "a namespace that joins the list is cleaned, too";
 }
 
 TEST_F(Step541, DeletesTheSecondOfTwoMappingsOfOneNumber) {
