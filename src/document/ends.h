@@ -8,7 +8,7 @@
 
 namespace tolvane {
 
-/// The exit status of a command that ran, converted or not. Kept: it is not 0, and the status of every other end is.
+/// The exit status of a command that ran, converted or not. Kept: callers depend on 1 here and 0 for every other end.
 inline constexpr int ran = 1;
 
 /// The exit status of the usage text and of an end for a condition that the user can mend.

@@ -25,7 +25,7 @@ Standing standingunder(int directory, const char* name);
 /// Returns true if a temporary file can be created there: a regular file is a stale one, which is removed first.
 constexpr bool givesway(Standing standing) { return standing == Standing::nothing || standing == Standing::regular; }
 
-/// Returns true if a backup replaces something. A file that is a symbolic link is itself renamed to the backup.
+/// Returns true if a backup replaces something. If the file is a symbolic link, the link itself becomes the backup.
 constexpr bool replaces(Standing standing) { return standing != Standing::nothing && standing != Standing::toolong; }
 
 /// Returns true if no backup can be made there: the name is too long, or removed() would fail.

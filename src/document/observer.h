@@ -10,7 +10,7 @@
 
 namespace tolvane {
 
-/// What is called. Neither may change the line store.
+/// The observer's procedures. They must not change the line store.
 struct Observer {
   /// A part of the conversion begins: a step of a ladder, or what is done besides them, without ladder and version.
   std::function<void(std::string_view ladder, std::string_view version, std::string_view phrase)> part;

@@ -44,7 +44,11 @@ int addpair(std::string_view first, std::string_view second, int list) {
   auto& [texts, tail] = known[index];
   if (texts.contains(text.data())) return 0;
   Pair* const pair = makepair(text.data());
-  (tail == nullptr ? pairs[index] : tail->next) = pair;
+  if (tail == nullptr) {
+    pairs[index] = pair;
+  } else {
+    tail->next = pair;
+  }
   tail = pair;
   texts.insert(pair->text);
   return 1;

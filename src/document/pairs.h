@@ -1,5 +1,4 @@
-// The two lists of distinct pairs, which only grow during a conversion: what a conversion counts that differs in two
-// texts.
+// The two lists of distinct pairs of texts, which a conversion counts. They only grow while it runs.
 #pragma once
 
 #include <string_view>

@@ -80,8 +80,13 @@ Mappings mappingsbelow(const Line* header, std::size_t count) {
     const auto number = static_cast<std::size_t>(numberof(*line, prefix));
     if (number == 0 && line->text.view().starts_with("GloSLM_")) mappings.subscripts.emplace(keyof(*line), line);
     if (number == 0 || number > count) continue;
+    const Mapping mapping{++place, number, line};
     Mapping& first = mappings.firsts[number - 1];
-    (first.line == nullptr ? first : mappings.duplicates[number].emplace_back()) = {++place, number, line};
+    if (first.line == nullptr) {
+      first = mapping;
+    } else {
+      mappings.duplicates[number].push_back(mapping);
+    }
   }
   return mappings;
 }
