@@ -1,5 +1,6 @@
 // The steps "3.12" to "3.3".
 #include <algorithm>
+#include <set>
 
 #include "document/edits.h"
 #include "document/entries.h"
@@ -197,9 +198,10 @@ void step32() {
 }
 
 void step321() {
-  const Line* const header = find("[Com]");
+  std::set<std::string_view> keys;
+  for (const Line* line = below(find("[Com]")); line != nullptr; line = nextinsection(line)) keys.insert(keyof(*line));
   int ports = 0;
-  while (findbelow(header, Text("COM", ports + 1, ':')) != nullptr) ++ports;
+  while (keys.contains(Text("COM", ports + 1, ':'))) ++ports;
   editentry("[config]", "ttysiz", replacefield(getvalue("[config]", "ttysiz"), 2, ',', Text(ports + 2)));
 }
 
