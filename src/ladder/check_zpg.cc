@@ -1,5 +1,7 @@
 #include "ladder/check_zpg.h"
 
+#include <map>
+
 #include "document/entries.h"
 #include "document/fields.h"
 #include "document/series.h"
@@ -73,30 +75,48 @@ bool repairall() {
   return changed;
 }
 
-/// Deletes the first of the applications 1 to `count` that has this path; there may be gaps among them.
-bool deletefirst(std::string_view path, int count) {
-  const Line* const header = find(section);
-  for (int n = 1; n <= count; ++n) {
-    Line* const line = numbered(header, prefix, n);
-    if (line == nullptr || getfield(valueof(*line), 1, ',') != path) continue;
-    discard(line);
+/// The applications up to the gap by their numbers; those of one number in the order of the store.
+using Applications = std::multimap<int, Line*>;
+
+Applications numberedapplications() {
+  const int count = countseries(section, prefix);
+  Applications applications;
+  for (Line* line = below(find(section)); line != nullptr; line = nextinsection(line)) {
+    const int number = numberof(*line, prefix);
+    if (number != 0 && number <= count) applications.emplace(number, line);
+  }
+  return applications;
+}
+
+/// Deletes the first application that has this path. Of duplicates only the first is looked at.
+bool deletefirst(Applications& applications, std::string_view path) {
+  for (auto place = applications.begin(); place != applications.end(); place = applications.upper_bound(place->first)) {
+    if (firstfield(valueof(*place->second), ',') != path) continue;
+    discard(place->second);
+    applications.erase(place);
     return true;
   }
   return false;
 }
 
-/// Closes the gaps among the applications 1 to `count`; those that get another number move to the end of the section,
-/// or into the line of that number where a duplicate has left one.
-void renumber(int count) {
-  const Line* const header = find(section);
-  for (int n = 1, k = 1; n <= count; ++n) {
-    Line* const line = numbered(header, prefix, n);
-    if (line == nullptr) continue;
-    if (k != n) {
-      putentry(section, Text(prefix, k), Text(valueof(*line)));
+/// Closes the gaps that the deleted ones have left; applications that get another number move to the end of the
+/// section, or into the line of that number where a duplicate has left one.
+void renumber(Applications& applications) {
+  Line* end = nullptr;
+  int newnumber = 1;
+  for (auto place = applications.begin(); place != applications.end(); ++newnumber) {
+    const auto [number, line] = *place;
+    if (newnumber != number) {
+      const auto duplicate = applications.lower_bound(newnumber);
+      if (duplicate->first == newnumber) {
+        rewrite(*duplicate->second, Text(prefix, newnumber), valueof(*line));
+      } else {
+        appendentry(end, section, Text(prefix, newnumber), valueof(*line));
+      }
       discard(line);
+      applications.erase(place);
     }
-    ++k;
+    place = applications.upper_bound(number);
   }
 }
 
@@ -106,9 +126,9 @@ bool check_zpg(bool refresh) {
   bool changed = addstandard(refresh);
   changed |= repairall();
   if (!refresh) return changed;
-  const int count = countseries(section, prefix);
-  for (const std::string_view path : zpgdel) changed |= deletefirst(path, count);
-  renumber(count);  // only what was just deleted has left gaps
+  Applications applications = numberedapplications();
+  for (const std::string_view path : zpgdel) changed |= deletefirst(applications, path);
+  renumber(applications);
   return changed;
 }
 
