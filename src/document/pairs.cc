@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
-#include <unordered_set>
+#include <set>
 
 #include "document/ends.h"
 
@@ -17,7 +17,7 @@ namespace {
 
 /// The texts of a list and its last node, so that a pair need not be compared with all before it.
 struct Known {
-  std::unordered_set<std::string_view> texts;
+  std::set<std::string_view> texts;
   Pair* tail = nullptr;
 };
 
