@@ -39,10 +39,10 @@ Lines linesof(std::string_view contents) {
 Lines storedlines() {
   Lines lines;
   const Line* previous = nullptr;
-  for (const Line* line = start; line != nullptr; line = line->next) {
-    claim(line->previous == previous, "each line knows the one before it");
-    claim(line->text.length() <= Text::maximum, "no line is longer than 511 characters");
-    lines.emplace_back(line->text.view());
+  for (const Line* line = start; line != nullptr; line = line->next()) {
+    claim(line->previous() == previous, "each line knows the one before it");
+    claim(line->text().length() <= Text::maximum, "no line is longer than 511 characters");
+    lines.emplace_back(line->text().view());
     previous = line;
   }
   claim(last == previous, "the last line is the last one");

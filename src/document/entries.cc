@@ -1,8 +1,8 @@
 #include "document/entries.h"
 
 #include <cstring>
-#include <unordered_map>
-#include <unordered_set>
+#include <map>
+#include <set>
 
 #include "document/fields.h"
 
@@ -13,7 +13,7 @@ namespace {
 /// Whether a line has that key. The first character tells nearly every line apart, which spares measuring it: without,
 /// converting 300 lines took twice the instructions.
 bool haskey(const Line& line, std::string_view key) {
-  return (key.empty() || line.text.first() == key.front()) && keyof(line) == key;
+  return (key.empty() || line.text().first() == key.front()) && keyof(line) == key;
 }
 
 /// The last line of a section; where it has no header it is created.
@@ -29,20 +29,20 @@ void addbelow(Line* header, std::string_view section, std::string_view key, std:
 }  // namespace
 
 std::string_view keyof(const Line& line) {
-  const char* const text = line.text.c_str();
+  const char* const text = line.text().c_str();
   return {text, std::strcspn(text, "=")};
 }
 
 std::string_view valueof(const Line& line) {
-  const char* const equals = std::strchr(line.text.c_str(), '=');
+  const char* const equals = std::strchr(line.text().c_str(), '=');
   return equals == nullptr ? std::string_view{} : equals + 1;
 }
 
-void rewrite(Line& line, std::string_view key, std::string_view value) { line.text.set(key, '=', value); }
+void rewrite(Line& line, std::string_view key, std::string_view value) { settext(line, Text{key, '=', value}); }
 
 Line* nextinsection(const Line* line) {
-  Line* const next = line->next;
-  return next == nullptr || next->text.first() == '[' ? nullptr : next;
+  Line* const next = line->next();
+  return next == nullptr || next->header() ? nullptr : next;
 }
 
 Line* below(const Line* header) { return header == nullptr ? nullptr : nextinsection(header); }
@@ -54,8 +54,12 @@ Line* lastinsection(Line* header) {
 }
 
 Line* find(std::string_view section) {
-  Line* line = start;
-  while (line != nullptr && line->text != section) line = line->next;
+  if (section.starts_with('[')) {
+    const auto header = directory.lower_bound(section);
+    return header == directory.end() || header->first != section ? nullptr : header->second;
+  }
+  Line* line = start;  // kept: whatever line equals the text counts as a header
+  while (line != nullptr && line->text() != section) line = line->next();
   return line;
 }
 
@@ -112,16 +116,14 @@ void saveentry(std::string_view section, std::string_view key, std::string_view 
 void appendentry(Line*& end, std::string_view section, std::string_view key, std::string_view value) {
   if (end == nullptr) end = endof(find(section), section);
   const Text entry{key, '=', value};  // before the line: one that is too long leaves none behind
-  Line* const line = makeentry();
-  line->text = entry;
+  Line* const line = makeentry(entry);
   insertafter(end, line);
   end = line;
 }
 
 Line* newsection(std::string_view header) {
   const Text text{header};
-  Line* const line = makeentry();
-  line->text = text;
+  Line* const line = makeentry(text);
   dlstore(line);
   return line;
 }
@@ -129,8 +131,8 @@ Line* newsection(std::string_view header) {
 const Text* editsection(std::string_view oldheader, std::string_view newheader) {
   Line* const line = find(oldheader);
   if (line == nullptr) return nullptr;
-  line->text.set(newheader);
-  return &line->text;
+  settext(*line, Text{newheader});
+  return &line->text();
 }
 
 void delsection(std::string_view section) {
@@ -156,7 +158,7 @@ void renametag(std::string_view section, std::string_view key, std::string_view 
 
 void changeinsection(std::string_view section, int n, char separator, std::string_view text) {
   // The first entry of each key, so that a section of 10,000 need not be searched once for each.
-  std::unordered_map<std::string_view, Line*> entries;
+  std::map<std::string_view, Line*> entries;
   for (Line* line = below(find(section)); line != nullptr; line = nextinsection(line)) {
     // Kept: also for a duplicate it is the first entry of its key that is read and written.
     Line& first = *entries.try_emplace(keyof(*line), line).first->second;
@@ -166,7 +168,7 @@ void changeinsection(std::string_view section, int n, char separator, std::strin
 
 void replaceinsection(std::string_view section, std::string_view oldtext, std::string_view newtext) {
   if (newtext.find(oldtext) != std::string_view::npos) return;
-  std::unordered_set<std::string_view> keys;
+  std::set<std::string_view> keys;
   for (Line* line = below(find(section)); line != nullptr; line = nextinsection(line)) {
     // Kept: for a duplicate the value of the first entry of its key is searched, and there nothing is left to replace.
     if (!keys.insert(keyof(*line)).second) continue;

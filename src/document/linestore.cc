@@ -1,67 +1,120 @@
 #include "document/linestore.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 #include <utility>
 
 namespace tolvane {
 
-Line* start = nullptr;
-Line* last = nullptr;
+/// All that changes links, texts and the directory.
+class Store {
+ public:
+  static void link(Line* before, Line* after);
+  static void settext(Line& line, const Text& text);
+  static void enter(Line* line);
+  static void leave(const Line* line);
 
-namespace {
+  static inline Line* start = nullptr;
+  static inline Line* last = nullptr;
+  static inline Directory directory;
+};
+
+Line* const& start = Store::start;
+Line* const& last = Store::last;
+const Directory& directory = Store::directory;
 
 /// Makes two lines neighbours. None stands for an end of the store.
-void link(Line* before, Line* after) {
+void Store::link(Line* before, Line* after) {
   if (before == nullptr) {
     start = after;
   } else {
-    before->next = after;
+    before->next_ = after;
   }
   if (after == nullptr) {
     last = before;
   } else {
-    after->previous = before;
+    after->previous_ = before;
   }
 }
 
-}  // namespace
+/// Enters a linked line, if it is a header, before those of its text that stand behind it.
+void Store::enter(Line* line) {
+  if (!line->header()) return;
+  const auto [first, end] = directory.equal_range(line->text());
+  const Line* behind = first == end ? nullptr : line->next();
+  while (behind != nullptr && behind->text() != line->text()) behind = behind->next();
+  const auto place = std::find_if(first, end, [behind](const auto& entry) { return entry.second == behind; });
+  directory.emplace_hint(place, line->text(), line);
+}
 
-Line* makeentry() {
+void Store::leave(const Line* line) {
+  if (!line->header()) return;
+  const auto [first, end] = directory.equal_range(line->text());
+  const auto place = std::find_if(first, end, [line](const auto& entry) { return entry.second == line; });
+  if (place != end) directory.erase(place);
+}
+
+void Store::settext(Line& line, const Text& text) {
+  const bool linked = line.previous_ != nullptr || start == &line;
+  if (linked) leave(&line);
+  line.text_ = text;
+  if (linked) enter(&line);
+}
+
+Line* makeentry(std::string_view text) {
   void* const memory = std::malloc(sizeof(Line));
   if (memory == nullptr) throw std::bad_alloc{};
-  return new (memory) Line;
+  Line* const line = new (memory) Line;
+  line->text_.append(text);
+  return line;
 }
+
+void settext(Line& line, const Text& text) { Store::settext(line, text); }
 
 Line* dlstore(Line* line) {
   Line* const tail = last;
-  link(tail, line);
-  link(line, nullptr);
+  Store::link(tail, line);
+  Store::link(line, nullptr);
+  Store::enter(line);
   return tail;
 }
 
 void insertafter(Line* place, Line* line) {
-  link(line, place->next);
-  link(place, line);
+  Store::link(line, place->next());
+  Store::link(place, line);
+  Store::enter(line);
 }
 
 void discard(Line* line) {
-  link(line->previous, line->next);
+  Store::leave(line);
+  Store::link(line->previous(), line->next());
   std::free(line);
 }
 
-Aside::Aside() : first_(std::exchange(start, nullptr)), last_(std::exchange(last, nullptr)) {}
+void emptystore() {
+  Store::start = Store::last = nullptr;
+  Store::directory.clear();
+}
 
-Aside::Aside(Aside&& other) noexcept : first_(std::exchange(other.first_, nullptr)), last_(other.last_) {}
+Aside::Aside()
+    : first_(std::exchange(Store::start, nullptr)),
+      last_(std::exchange(Store::last, nullptr)),
+      directory_(std::exchange(Store::directory, {})) {}
+
+Aside::Aside(Aside&& other) noexcept
+    : first_(std::exchange(other.first_, nullptr)), last_(other.last_), directory_(std::move(other.directory_)) {}
 
 Aside::~Aside() {
-  while (first_ != nullptr) std::free(std::exchange(first_, first_->next));
+  while (first_ != nullptr) std::free(std::exchange(first_, first_->next()));
 }
 
 void Aside::putback() {
   if (first_ == nullptr) return;
-  link(last_, start);
-  link(nullptr, std::exchange(first_, nullptr));
+  Store::link(last_, start);
+  Store::link(nullptr, std::exchange(first_, nullptr));
+  directory_.merge(Store::directory);
+  Store::directory = std::exchange(directory_, {});
 }
 
 }  // namespace tolvane

@@ -14,19 +14,17 @@ void add(std::string_view text, std::size_t number, Reading& reading) {
     ++reading.blank;
     return;
   }
-  Line* const line = makeentry();
-  line->text.append(text);
-  dlstore(line);
+  dlstore(makeentry(text));
   reading.numbers.push_back(number);
 }
 
 /// Whether an empty line stands before this one in the file.
-bool separated(const Line& line) { return line.text.first() == '[' && &line != start; }
+bool separated(const Line& line) { return line.header() && &line != start; }
 
 }  // namespace
 
 Reading parse(std::string_view bytes) {
-  start = last = nullptr;
+  emptystore();
   Reading reading;
   for (std::size_t number = 1; !bytes.empty(); ++number) {
     const std::size_t length = std::min(bytes.find('\n'), bytes.size());
@@ -45,12 +43,12 @@ Reading parse(std::string_view bytes) {
 
 std::string contents() {
   std::size_t size = 0;
-  for (const Line* line = start; line != nullptr; line = line->next) size += line->text.length() + 2;
+  for (const Line* line = start; line != nullptr; line = line->next()) size += line->text().length() + 2;
   std::string text;
   text.reserve(size);
-  for (const Line* line = start; line != nullptr; line = line->next) {
+  for (const Line* line = start; line != nullptr; line = line->next()) {
     if (separated(*line)) text += '\n';
-    text.append(line->text).append(1, '\n');
+    text.append(line->text()).append(1, '\n');
   }
   return text;
 }

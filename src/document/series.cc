@@ -10,10 +10,8 @@
 
 namespace tolvane {
 
-Line* numbered(const Line* header, std::string_view prefix, int n) { return findbelow(header, Text(prefix, n)); }
-
 int numberof(const Line& line, std::string_view prefix) {
-  if (std::strncmp(line.text.c_str(), prefix.data(), prefix.size()) != 0) return 0;
+  if (std::strncmp(line.text().c_str(), prefix.data(), prefix.size()) != 0) return 0;
   const std::string_view key = keyof(line);
   const std::string_view digits = key.substr(std::min(prefix.size(), key.size()));
   int number = 0;

@@ -10,13 +10,10 @@
 
 namespace tolvane {
 
-/// Entry n of the series below a header that `find` has found, or none. None when the header is none.
-Line* numbered(const Line* header, std::string_view prefix, int n);
-
 /// The number of an entry of the series; 0 for any other line, and for a number beyond those of an int.
 int numberof(const Line& line, std::string_view prefix);
 
-/// The entries of the series, from 1 up to the gap: what `numbered` finds for each number, in one pass over the
+/// The entries of the series, from 1 up to the gap: what `findbelow` finds for each number, in one pass over the
 /// section. They may be discarded and rewritten on the way; what is added to the series meanwhile is not among them.
 std::vector<Line*> series(const Line* header, std::string_view prefix);
 

@@ -10,8 +10,8 @@ namespace {
 
 void appendlines(Snapshot& snapshot, const Line* first, Vocabulary& words) {
   std::uint32_t section = words.number("");
-  for (const Line* line = first; line != nullptr; line = line->next) {
-    snapshot.push_back(entryof(line->text, section, words));
+  for (const Line* line = first; line != nullptr; line = line->next()) {
+    snapshot.push_back(entryof(line->text(), section, words));
     section = snapshot.back().section;
   }
 }

@@ -9,7 +9,7 @@ namespace {
 
 class Entries : public StoreTest {};
 
-std::string textof(const Line* line) { return line == nullptr ? "none" : line->text.c_str(); }
+std::string textof(const Line* line) { return line == nullptr ? "none" : line->text().c_str(); }
 
 TEST_F(Entries, FindSeesOnlyTheFirstSectionAndEntryOfAName) {
   given("[A]\nx=1\nx=2\n[B]\n[A]\ny=3\n");

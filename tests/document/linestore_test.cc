@@ -10,11 +10,9 @@ namespace {
 class LineStore : public StoreTest {};
 
 TEST_F(LineStore, AppendsAtTheTailAndReturnsThePreviousOne) {
-  Line* const first = makeentry();
-  first->text.set("a");
+  Line* const first = makeentry("a");
   EXPECT_EQ(dlstore(first), nullptr);
-  Line* const second = makeentry();
-  second->text.set("b");
+  Line* const second = makeentry("b");
   EXPECT_EQ(dlstore(second), first);
   EXPECT_EQ(lines(), "a\nb\n");
 }
@@ -22,16 +20,14 @@ TEST_F(LineStore, AppendsAtTheTailAndReturnsThePreviousOne) {
 TEST_F(LineStore, LinksALineBehindAnotherOne) {
   given("a\nc\n");
   for (const char* text : {"b", "d"}) {
-    Line* const line = makeentry();
-    line->text.set(text);
-    insertafter(text[0] == 'b' ? start : last, line);
+    insertafter(text[0] == 'b' ? start : last, makeentry(text));
   }
   EXPECT_EQ(lines(), "a\nb\nc\nd\n");
 }
 
 TEST_F(LineStore, DiscardsAnyLine) {
   given("a\nb\nc\n");
-  discard(start->next);
+  discard(start->next());
   EXPECT_EQ(lines(), "a\nc\n");
   discard(last);
   discard(start);
@@ -62,7 +58,7 @@ TEST_F(LineStore, IsWithoutTheLinesThatAreNeverPutBack) {
   given("a\nb\n");
   {
     const Aside lost;  // the sanitized tests report lines that nobody frees
-    EXPECT_EQ(lost.first()->text, "a");
+    EXPECT_EQ(lost.first()->text(), "a");
   }
   EXPECT_EQ(lines(), "");
 }

@@ -1,6 +1,11 @@
 #include "ladder/check_zpg.h"
 
+#include <random>
+#include <vector>
+
 #include "document/ends.h"
+#include "document/entries.h"
+#include "document/fields.h"
 #include "tests/support/store.h"
 
 namespace tolvane::test {
@@ -143,6 +148,49 @@ TEST_F(WebApplications, RenumberedOverADuplicateRewriteIt) {
   EXPECT_TRUE(check_zpg(true));
   EXPECT_EQ(lines(), "[ZPG.Applications]\n" + standard(1, 1, 8) + "ZPGApp_9=/dup" + own + "\nZPGApp_10=/b" + own + "\n")
       << "the second 9 takes the place of the first, so there is no gap";
+}
+
+// The removal of the obsolete applications as it reads, each look-up from the top: what the fix-up does faster.
+void removeliterally() {
+  const auto entry = [](int n) { return find("[ZPG.Applications]", Text("ZPGApp_", n)); };
+  int count = 0;
+  while (entry(count + 1) != nullptr) ++count;
+  for (const char* path :
+       {"/apps/scrivel", "/studio/templates", "/studio/usertemplates", "/dev/zpg/rules", "/zpg/druvelib"}) {
+    for (int n = 1; n <= count; ++n) {
+      if (entry(n) == nullptr || getfield(valueof(*entry(n)), 1, ',') != path) continue;
+      discard(entry(n));
+      break;
+    }
+  }
+  for (int n = 1, k = 1; n <= count; ++n) {
+    Line* const line = entry(n);
+    if (line == nullptr) continue;
+    if (k != n) {
+      putentry("[ZPG.Applications]", Text("ZPGApp_", k), Text(valueof(*line)));
+      discard(line);
+    }
+    ++k;
+  }
+}
+
+TEST_F(WebApplications, AreRemovedFromRandomListsAsTheLiteralProcedureDoes) {
+  const std::vector<std::string> paths{"/apps/scrivel", "/dev/zpg/rules", "/zpg/druvelib", "/a", "/b"};
+  std::mt19937 random(1);
+  for (int round = 0; round < 3000; ++round) {
+    std::string text = "[ZPG.Applications]\n" + standard(1, 1, 8);
+    for (std::size_t line = random() % 12; line > 0; --line) {
+      text += "ZPGApp_" + std::to_string(7 + random() % 8) + "=" + paths[random() % paths.size()] +
+              ",,,,,,,,,,,,,,,7,,,1\n";
+    }
+    if (random() % 2 == 0) text += "[Z]\nZPGApp_9=/a\n";
+    given(text);
+    removeliterally();
+    const std::string expected = lines();
+    given(text);
+    check_zpg(true);
+    ASSERT_EQ(lines(), expected) << text;
+  }
 }
 
 }  // namespace

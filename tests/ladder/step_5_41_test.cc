@@ -206,8 +206,13 @@ std::string randomline(std::mt19937& random) {
 }
 
 std::string randomsections(std::mt19937& random) {
-  std::string text = "[Namespaces]\nNsp_1=N\nNsp_2=M\n";
-  for (const char* header : {"[NspMap.N]\n", "[NspMap.M]\n", "[NspMap.N]\nkept=1\n", "[Namespaces]\n"}) {
+  std::string text = "[Namespaces]\n";
+  // A section may be named again after it has got the lines of another one.
+  for (int n = 2 + static_cast<int>(random() % 4); n > 0; --n) {
+    text += "Nsp_" + std::to_string(n) + "=" + "MNO"[random() % 3] + "\n";
+  }
+  for (const char* header :
+       {"[NspMap.N]\n", "[NspMap.M]\n", "[NspMap.O]\n", "[NspMap.N]\nkept=1\n", "[Namespaces]\n"}) {
     if (random() % 4 == 0) continue;
     text += header;
     for (std::size_t line = random() % 14; line > 0; --line) text += randomline(random);

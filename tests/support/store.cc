@@ -17,9 +17,9 @@ void given(std::string_view bytes) {
 std::string lines() {
   std::string result;
   const Line* previous = nullptr;
-  for (const Line* line = start; line != nullptr; line = line->next) {
-    EXPECT_EQ(line->previous, previous) << "a broken link before " << line->text.c_str();
-    result.append(line->text).append("\n");
+  for (const Line* line = start; line != nullptr; line = line->next()) {
+    EXPECT_EQ(line->previous(), previous) << "a broken link before " << line->text().c_str();
+    result.append(line->text()).append("\n");
     previous = line;
   }
   EXPECT_EQ(last, previous) << "the tail is not the last line";
