@@ -44,7 +44,8 @@ void Store::enter(Line* line) {
   const auto [first, end] = directory.equal_range(line->text());
   const Line* behind = first == end ? nullptr : line->next();
   while (behind != nullptr && behind->text() != line->text()) behind = behind->next();
-  const auto place = std::find_if(first, end, [behind](const auto& entry) { return entry.second == behind; });
+  auto place = end;
+  if (behind != nullptr) place = std::find_if(first, end, [=](const auto& entry) { return entry.second == behind; });
   directory.emplace_hint(place, line->text(), line);
 }
 

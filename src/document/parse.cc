@@ -8,14 +8,30 @@ namespace tolvane {
 
 namespace {
 
-/// Appends a line to the store unless it is blank.
-void add(std::string_view text, std::size_t number, Reading& reading) {
-  if (blankline(text)) {
-    ++reading.blank;
-    return;
+/// Cuts the bytes into lines, and lines into pieces that fit into a Text, and gives each piece that is not blank to
+/// `take` with the number of its line.
+template <typename Take>
+Reading split(std::string_view bytes, const Take& take) {
+  const bool nuls = bytes.find('\0') != std::string_view::npos;  // a look at all bytes spares one at each line
+  Reading reading;
+  for (std::size_t number = 1; !bytes.empty(); ++number) {
+    const std::size_t length = std::min(bytes.find('\n'), bytes.size());
+    const std::string_view line = bytes.substr(0, length);
+    bytes.remove_prefix(std::min(length + 1, bytes.size()));
+    if (length > Text::maximum) ++reading.split;
+    if (nuls && line.find('\0') != std::string_view::npos) ++reading.cut;
+    // A line of exactly as many characters as fit leaves no rest.
+    for (std::size_t begin = 0; begin == 0 || begin < length; begin += Text::maximum) {
+      std::string_view piece = line.substr(begin, Text::maximum);
+      if (nuls) piece = piece.substr(0, piece.find('\0'));
+      if (blankline(piece)) {
+        ++reading.blank;
+      } else {
+        take(piece, number);
+      }
+    }
   }
-  dlstore(makeentry(text));
-  reading.numbers.push_back(number);
+  return reading;
 }
 
 /// Whether an empty line stands before this one in the file.
@@ -25,20 +41,15 @@ bool separated(const Line& line) { return line.header() && &line != start; }
 
 Reading parse(std::string_view bytes) {
   emptystore();
-  Reading reading;
-  for (std::size_t number = 1; !bytes.empty(); ++number) {
-    const std::size_t length = std::min(bytes.find('\n'), bytes.size());
-    const std::string_view line = bytes.substr(0, length);
-    bytes.remove_prefix(std::min(length + 1, bytes.size()));
-    if (length > Text::maximum) ++reading.split;
-    if (line.find('\0') != std::string_view::npos) ++reading.cut;
-    // A line of exactly as many characters as fit leaves no rest.
-    for (std::size_t begin = 0; begin == 0 || begin < length; begin += Text::maximum) {
-      const std::string_view piece = line.substr(begin, Text::maximum);
-      add(piece.substr(0, piece.find('\0')), number, reading);
-    }
-  }
-  return reading;
+  return split(bytes, [](std::string_view text, std::size_t /*number*/) { dlstore(makeentry(text)); });
+}
+
+std::size_t linenumber(std::string_view bytes, std::size_t place) {
+  std::size_t found = 0;
+  split(bytes, [&](std::string_view /*text*/, std::size_t number) {
+    if (place-- == 0) found = number;
+  });
+  return found;
 }
 
 std::string contents() {
@@ -53,6 +64,8 @@ std::string contents() {
   return text;
 }
 
-bool blankline(std::string_view text) { return text.find_first_not_of(" \t") == std::string_view::npos; }
+bool blankline(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char character) { return character == ' ' || character == '\t'; });
+}
 
 }  // namespace tolvane

@@ -1,8 +1,8 @@
 #include "document/series.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cstring>
+#include <cstdint>
+#include <limits>
 #include <utility>
 
 #include "document/entries.h"
@@ -10,15 +10,24 @@
 
 namespace tolvane {
 
+namespace {
+
+bool isdecimal(char character) { return '0' <= character && character <= '9'; }
+
+}  // namespace
+
 int numberof(const Line& line, std::string_view prefix) {
-  if (std::strncmp(line.text().c_str(), prefix.data(), prefix.size()) != 0) return 0;
-  const std::string_view key = keyof(line);
-  const std::string_view digits = key.substr(std::min(prefix.size(), key.size()));
-  int number = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  const bool whole = error == std::errc{} && end == digits.data() + digits.size();
-  // A number with a sign or a leading 0 is another key.
-  return whole && digits.front() >= '1' ? number : 0;
+  const char* next = line.text().c_str();
+  for (const char character : prefix) {
+    if (*next++ != character || character == '=') return 0;
+  }
+  if (*next < '1') return 0;  // a number with a sign or a leading 0 is another key
+  std::int64_t number = 0;
+  for (; isdecimal(*next); ++next) {
+    number = 10 * number + (*next - '0');
+    if (number > std::numeric_limits<int>::max()) return 0;
+  }
+  return *next == '=' || *next == '\0' ? static_cast<int>(number) : 0;
 }
 
 std::vector<Line*> series(const Line* header, std::string_view prefix) {

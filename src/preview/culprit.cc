@@ -71,7 +71,7 @@ LongLine named(const Preview& preview, const Candidate& candidate) {
   const Source& source = preview.sources[candidate.source];
   const Entry& line = source.lines[candidate.place];
   const std::string_view text = preview.words.text(line.text);
-  return {candidate.source, source.reading.numbers[candidate.place], std::string(preview.words.text(line.section)),
+  return {candidate.source, linenumber(source.bytes, candidate.place), std::string(preview.words.text(line.section)),
           std::string(text.substr(0, text.find('='))), text.size()};
 }
 
