@@ -1,7 +1,6 @@
 // The program's entry: picks the command by the number of words and the command word, and turns the ends of a run into
 // output and exit status. A text that is too long ends the run by an abort.
 #include <fcntl.h>
-#include <malloc.h>
 #include <sys/epoll.h>
 #include <unistd.h>
 
@@ -15,6 +14,7 @@
 #include "commands/commands.h"
 #include "document/ends.h"
 #include "document/messages.h"
+#include "document/room.h"
 #include "legacy/merge.h"
 
 namespace {
@@ -88,7 +88,7 @@ void occupystreams() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  (void)mallopt(M_TOP_PAD, 1 << 20);    // memory from the system a megabyte at a time: 2 % of a run of 3,000 lines
+  tolvane::keepmemory();
   (void)std::signal(SIGXFSZ, SIG_IGN);  // a file-size limit is a write that fails, not the end of the process
   std::set_terminate(terminate);
   occupystreams();

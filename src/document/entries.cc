@@ -10,10 +10,14 @@ namespace tolvane {
 
 namespace {
 
-/// Whether a line has that key. The first character tells nearly every line apart, which spares measuring it: without,
-/// converting 300 lines took twice the instructions.
+/// Whether a line has that key. Its first character tells nearly every line apart: to measure all keys took twice the
+/// instructions for a file of 300 lines. No line has a key that holds a "=".
 bool haskey(const Line& line, std::string_view key) {
-  return (key.empty() || line.text().first() == key.front()) && keyof(line) == key;
+  const char* next = line.text().c_str();
+  for (const char character : key) {
+    if (*next++ != character || character == '=') return false;
+  }
+  return *next == '=' || *next == '\0';
 }
 
 /// The last line of a section; where it has no header it is created.

@@ -3,11 +3,13 @@
 #include "document/overwrite.h"
 #include "document/parse.h"
 #include "document/replace.h"
+#include "document/room.h"
 
 namespace tolvane {
 
 void load(Original& original) {
   const std::string bytes = original.bytes();
+  takeroom(bytes);
   parse(bytes);
 }
 

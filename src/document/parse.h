@@ -17,8 +17,8 @@ struct Reading {
 /// dropped, lines of more than 511 characters split; a NUL byte ends its line, and a carriage return stays part of it.
 Reading parse(std::string_view bytes);
 
-/// The number, from 1, of the line of the file that parsing the bytes makes the line of the store at that place, from 0.
-/// 0 when there is none.
+/// The number, from 1, of the line of the file that parsing the bytes makes the line of the store at that place, from
+/// 0. 0 when there is none.
 std::size_t linenumber(std::string_view bytes, std::size_t place);
 
 /// The store as the contents of its file: one empty line before each section header that is not the first line.

@@ -1,9 +1,8 @@
 #include "document/series.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <limits>
-#include <utility>
+#include <map>
 
 #include "document/entries.h"
 #include "document/fields.h"
@@ -31,15 +30,18 @@ int numberof(const Line& line, std::string_view prefix) {
 }
 
 std::vector<Line*> series(const Line* header, std::string_view prefix) {
-  std::vector<std::pair<std::size_t, Line*>> found;
+  std::vector<Line*> entries;
+  std::map<std::size_t, Line*> ahead;  // behind the first number that has not been met yet
   for (Line* line = below(header); line != nullptr; line = nextinsection(line)) {
-    if (const int number = numberof(*line, prefix)) found.emplace_back(number, line);
+    const auto number = static_cast<std::size_t>(numberof(*line, prefix));
+    if (number > entries.size() + 1) ahead.try_emplace(number, line);
+    if (number != entries.size() + 1) continue;
+    entries.push_back(line);
+    for (auto next = ahead.begin(); next != ahead.end() && next->first == entries.size() + 1;) {
+      entries.push_back(next->second);
+      next = ahead.erase(next);
+    }
   }
-  std::vector<Line*> entries(found.size());  // by number; one that is beyond them cannot be reached without a gap
-  for (const auto& [number, line] : found) {
-    if (number <= entries.size() && entries[number - 1] == nullptr) entries[number - 1] = line;
-  }
-  entries.erase(std::find(entries.begin(), entries.end(), nullptr), entries.end());
   return entries;
 }
 

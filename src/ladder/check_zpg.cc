@@ -48,8 +48,17 @@ bool addstandard(bool refresh) {
   return changed;
 }
 
+/// Whether field 14 is "0" or "1", field 16 empty or field 19 not "1".
+bool needsrepair(std::string_view value) {
+  Text fields;
+  takefields(value, 14, 19, ',', fields);
+  const std::string_view field14 = firstfield(fields, ',');
+  return field14 == "0" || field14 == "1" || getfield(fields, 3, ',').empty() || getfield(fields, 6, ',') != "1";
+}
+
 /// Repairs one application. Each repair writes the line, and sees what the one before has written.
 bool repair(Line& line) {
+  if (!needsrepair(valueof(line))) return false;
   bool changed = false;
   if (const Text field14 = getfield(valueof(line), 14, ','); field14 == "0" || field14 == "1") {
     Text value{valueof(line)};

@@ -119,7 +119,7 @@ std::vector<std::pair<std::string_view, Line*>> headers() {
     if (line->text().view().starts_with('[')) found.emplace_back(line->text(), line);
   }
   std::stable_sort(found.begin(), found.end(),
-                   [](const auto& one, const auto& other) { return one.first < other.first; });
+                   [](const auto& one, const auto& other) { return directory.key_comp()(one.first, other.first); });
   return found;
 }
 
