@@ -7,14 +7,23 @@
 
 namespace tolvane {
 
+namespace {
+
+/// What the steps add to a file at most, unless they rewrite many lines.
+constexpr std::size_t added = 16384;
+
+std::string result(const Original& original) { return contents(original.size() + added); }
+
+}  // namespace
+
 void load(Original& original) {
   const std::string bytes = original.bytes();
   takeroom(bytes);
   parse(bytes);
 }
 
-void save(const Original& original) { overwrite(original, contents()); }
-void output(Original& original) { replace(original, contents()); }
-void backup(Original& original, std::string_view suffix) { replacekeeping(original, suffix, contents()); }
+void save(const Original& original) { overwrite(original, result(original)); }
+void output(Original& original) { replace(original, result(original)); }
+void backup(Original& original, std::string_view suffix) { replacekeeping(original, suffix, result(original)); }
 
 }  // namespace tolvane

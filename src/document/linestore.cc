@@ -66,9 +66,7 @@ void Store::settext(Line& line, const Text& text) {
 Line* makeentry(std::string_view text) {
   void* const memory = std::malloc(sizeof(Line));
   if (memory == nullptr) throw std::bad_alloc{};
-  Line* const line = new (memory) Line;
-  line->text_.append(text);
-  return line;
+  return new (memory) Line{text};
 }
 
 void settext(Line& line, const Text& text) { Store::settext(line, text); }

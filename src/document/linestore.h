@@ -34,6 +34,8 @@ class Line {
   friend class Store;
   friend Line* makeentry(std::string_view text);
 
+  explicit Line(std::string_view text) : text_(text) {}
+
   Line* next_ = nullptr;
   Line* previous_ = nullptr;
   Text text_;

@@ -26,6 +26,8 @@ class Original {
   [[nodiscard]] const char* path() const { return path_; }
   [[nodiscard]] bool missing() const { return missing_; }
   [[nodiscard]] bool regular() const { return S_ISREG(status_.st_mode); }
+  /// Returns the size in bytes when it was opened, 0 unless it is a regular file.
+  [[nodiscard]] std::size_t size() const { return regular() ? static_cast<std::size_t>(status_.st_size) : 0; }
   /// Returns the descriptor for attributes and identity, -1 if there is none.
   [[nodiscard]] int file() const { return file_.number(); }
 

@@ -52,9 +52,7 @@ std::size_t linenumber(std::string_view bytes, std::size_t place) {
   return found;
 }
 
-std::string contents() {
-  std::size_t size = 0;
-  for (const Line* line = start; line != nullptr; line = line->next()) size += line->text().length() + 2;
+std::string contents(std::size_t size) {
   std::string text;
   text.reserve(size);
   for (const Line* line = start; line != nullptr; line = line->next()) {

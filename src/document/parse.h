@@ -21,8 +21,9 @@ Reading parse(std::string_view bytes);
 /// 0. 0 when there is none.
 std::size_t linenumber(std::string_view bytes, std::size_t place);
 
-/// The store as the contents of its file: one empty line before each section header that is not the first line.
-std::string contents();
+/// The store as the contents of its file: one empty line before each section header that is not the first line. They
+/// have about the given size; otherwise they only take longer.
+std::string contents(std::size_t size = 0);
 
 /// True when the text is empty or consists only of blanks and tabs.
 bool blankline(std::string_view text);

@@ -31,7 +31,8 @@ class Text {
   /// Composes the parts (texts, characters, integers in decimal) one behind the other.
   template <typename... Parts>
   explicit Text(const Parts&... parts) : Text() {
-    (append(parts), ...);
+    std::size_t length = 0;
+    ((length = put(length, parts)), ...);
   }
 
   /// Becomes the parts one behind the other. A part may be a piece of this very text.
@@ -40,19 +41,9 @@ class Text {
     *this = Text(parts...);
   }
 
-  void append(std::string_view text) {
-    const std::size_t length = this->length();
-    if (text.size() > maximum - length) throw TextTooLong{};
-    // An empty view may hold no pointer at all.
-    if (!text.empty()) std::memmove(&characters_[length], text.data(), text.size());
-    characters_[length + text.size()] = '\0';
-  }
-  void append(char character) { append(std::string_view(&character, 1)); }
-  template <std::integral Integer>
-  void append(Integer integer) {
-    std::array<char, 20> digits;  // the longest is -9223372036854775808
-    const auto end = std::to_chars(digits.begin(), digits.end(), integer).ptr;
-    append(std::string_view(digits.begin(), end));
+  template <typename Part>
+  void append(const Part& part) {
+    put(length(), part);
   }
 
   [[nodiscard]] bool empty() const { return characters_[0] == '\0'; }
@@ -71,6 +62,22 @@ class Text {
   }
 
  private:
+  /// Writes a part behind so many characters. How many there are then.
+  std::size_t put(std::size_t length, std::string_view text) {
+    if (text.size() > maximum - length) throw TextTooLong{};
+    // An empty view may hold no pointer at all.
+    if (!text.empty()) std::memmove(&characters_[length], text.data(), text.size());
+    characters_[length + text.size()] = '\0';
+    return length + text.size();
+  }
+  std::size_t put(std::size_t length, char character) { return put(length, std::string_view(&character, 1)); }
+  template <std::integral Integer>
+  std::size_t put(std::size_t length, Integer integer) {
+    std::array<char, 20> digits{};  // the longest is -9223372036854775808
+    const auto end = std::to_chars(digits.begin(), digits.end(), integer).ptr;
+    return put(length, std::string_view(digits.begin(), end));
+  }
+
   void copy(const Text& other) noexcept { std::memcpy(characters_, other.characters_, other.length() + 1); }
 
   char characters_[maximum + 1];

@@ -97,7 +97,7 @@ void closegap(Mappings& mappings, std::size_t gap, std::size_t& shift) {
 }
 
 void renumber(const Mapping& mapping, std::size_t number) {
-  if (mapping.number != number) rewrite(*mapping.line, Text(prefix, number), valueof(*mapping.line));
+  if (mapping.number != number) settext(*mapping.line, Text(prefix, number, '=', valueof(*mapping.line)));
 }
 
 }  // namespace
