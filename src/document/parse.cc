@@ -27,6 +27,7 @@ Reading split(std::string_view bytes, const Take& take) {
       if (blankline(piece)) {
         ++reading.blank;
       } else {
+        ++reading.lines;
         take(piece, number);
       }
     }
@@ -44,12 +45,10 @@ Reading parse(std::string_view bytes) {
   return split(bytes, [](std::string_view text, std::size_t /*number*/) { dlstore(makeentry(text)); });
 }
 
-std::size_t linenumber(std::string_view bytes, std::size_t place) {
-  std::size_t found = 0;
-  split(bytes, [&](std::string_view /*text*/, std::size_t number) {
-    if (place-- == 0) found = number;
-  });
-  return found;
+std::vector<std::size_t> linenumbers(std::string_view bytes) {
+  std::vector<std::size_t> numbers;
+  split(bytes, [&numbers](std::string_view /*text*/, std::size_t number) { numbers.push_back(number); });
+  return numbers;
 }
 
 std::string contents(std::size_t size) {

@@ -1,6 +1,9 @@
 #include "preview/account.h"
 
 #include <algorithm>
+#include <functional>
+#include <string_view>
+#include <utility>
 
 #include "preview/align.h"
 
@@ -8,135 +11,195 @@ namespace tolvane {
 
 namespace {
 
-constexpr std::size_t none = SIZE_MAX;
+constexpr std::uint32_t none = UINT32_MAX;
 
-/// For each line of a snapshot its partner in the other one, or none.
-struct Partners {
-  std::vector<std::size_t> ofbefore;
-  std::vector<std::size_t> ofafter;
-  std::vector<bool> kept;  // by the place in the later snapshot
-
-  void pair(std::size_t before, std::size_t after) {
-    ofbefore[before] = after;
-    ofafter[after] = before;
-  }
+/// A line that is not kept, and its place among those of the other snapshot when it has a partner there.
+struct Loose {
+  std::uint32_t line;
+  std::uint32_t partner = none;
+  Change::Kind kind = Change::Kind::changed;  // with a partner
 };
 
-std::vector<std::uint64_t> items(const Snapshot& snapshot) {
-  std::vector<std::uint64_t> result;
-  result.reserve(snapshot.size());
-  for (const Entry& entry : snapshot) result.push_back((std::uint64_t{entry.section} << 32U) | entry.text);
-  return result;
-}
+/// The lines that are not kept, of both snapshots. The later ones are in pieces between kept lines: each begins at a
+/// place of both lists.
+struct Rest {
+  struct Gap {
+    std::size_t before;
+    std::size_t after;
+  };
 
-Partners keptpartners(const Snapshot& before, const Snapshot& after) {
-  Partners partners{std::vector(before.size(), none), std::vector(after.size(), none),
-                    std::vector(after.size(), false)};
-  for (const Match& match : align(items(before), items(after))) {
-    partners.pair(match.before, match.after);
-    partners.kept[match.after] = true;
+  std::vector<Loose> before = {};
+  std::vector<Loose> after = {};
+  std::vector<Gap> gaps = {};
+};
+
+Rest restof(const Snapshot& before, const Snapshot& after, const Vocabulary& words) {
+  Rest rest;
+  std::vector<Match> matches = align(before, after, words.size());
+  matches.push_back({before.size(), after.size(), 0});
+  std::size_t earlier = 0;
+  std::size_t later = 0;
+  for (const Match& match : matches) {
+    rest.gaps.push_back({rest.before.size(), rest.after.size()});
+    for (; earlier < match.before; ++earlier) rest.before.push_back({before[earlier]});
+    for (; later < match.after; ++later) rest.after.push_back({after[later]});
+    earlier += match.length;
+    later += match.length;
   }
-  return partners;
+  rest.gaps.push_back({rest.before.size(), rest.after.size()});
+  return rest;
 }
 
-std::vector<std::size_t> alone(const std::vector<std::size_t>& partners) {
-  std::vector<std::size_t> result;
-  for (std::size_t n = 0; n < partners.size(); ++n) {
-    if (partners[n] == none) result.push_back(n);
-  }
-  return result;
-}
+/// What lines have to share to be partners. A line without a section gets no partner.
+struct Likeness {
+  std::uint32_t section = none;
+  std::uint32_t hash = 0;
+  std::string_view head = {};
+  std::string_view tail = {};
+  bool operator==(const Likeness&) const = default;
+};
 
-/// What lines have to share to be partners; empty for a line that gets none.
-using Likeness = std::string (*)(const Entry& entry, const Vocabulary& words);
+using Like = Likeness (*)(std::uint32_t line, const Vocabulary& words);
 
-std::string sectionof(const Entry& entry) { return std::to_string(entry.section) + '\n'; }
+Likeness sametextandsection(std::uint32_t line, const Vocabulary& /*words*/) { return {line}; }
 
-std::string sametext(const Entry& entry, const Vocabulary& /*words*/) { return std::to_string(entry.text); }
+Likeness sametext(std::uint32_t line, const Vocabulary& words) { return {0, words.hash(line), words.text(line)}; }
 
-std::string sametextandsection(const Entry& entry, const Vocabulary& words) {
-  return sectionof(entry) + sametext(entry, words);
-}
+std::uint32_t hashof(std::string_view text) { return static_cast<std::uint32_t>(std::hash<std::string_view>{}(text)); }
 
-std::string samekey(const Entry& entry, const Vocabulary& words) {
-  const std::string_view text = words.text(entry.text);
+Likeness samekey(std::uint32_t line, const Vocabulary& words) {
+  const std::string_view text = words.text(line);
   if (text.starts_with('[')) return {};  // a header is no entry
-  return sectionof(entry).append(text.substr(0, text.find('=')));
+  const std::string_view key = text.substr(0, text.find('='));
+  return {words.section(line), hashof(key), key};
 }
 
 /// The key without the number at its end, and the value.
-std::string sameseries(const Entry& entry, const Vocabulary& words) {
-  const std::string_view text = words.text(entry.text);
+Likeness sameseries(std::uint32_t line, const Vocabulary& words) {
+  const std::string_view text = words.text(line);
   const std::size_t equals = text.find('=');
   if (text.starts_with('[') || equals == std::string_view::npos) return {};
-  const std::size_t digits = text.substr(0, equals).find_last_not_of("0123456789") + 1;
-  if (digits == equals) return {};
-  return sectionof(entry).append(text.substr(0, digits)).append(text.substr(equals));
+  std::size_t end = equals;
+  while (end > 0 && text[end - 1] >= '0' && text[end - 1] <= '9') --end;
+  if (end == equals) return {};
+  const std::string_view value = text.substr(equals);
+  return {words.section(line), hashof(value), text.substr(0, end), value};
 }
 
+/// Where likeness is looked for first.
+std::uint32_t placeof(const Likeness& likeness) {
+  const std::uint64_t sum = likeness.hash + std::uint64_t{likeness.section} * 0x9e3779b9U;
+  return static_cast<std::uint32_t>(sum * 0x9e3779b97f4a7c15U >> 32U);
+}
+
+/// Lines without a partner by what they share.
+class Groups {
+ public:
+  Groups(const std::vector<Loose>& lines, Like like, const Vocabulary& words)
+      : lines_(lines), like_(like), words_(words), next_(lines.size(), none) {
+    std::size_t size = 16;
+    while (size < 2 * lines.size()) size *= 2;
+    slots_.resize(size);
+    for (std::uint32_t n = static_cast<std::uint32_t>(lines.size()); n-- > 0;) {
+      if (lines[n].partner == none) put(n);
+    }
+  }
+
+  /// Takes the first line off the group of those that are like this one. Returns its place, or none.
+  std::uint32_t take(const Likeness& likeness) {
+    if (likeness.section == none) return none;
+    Slot& slot = slotof(likeness, placeof(likeness));
+    if (slot.any == none || slot.first == none) return none;
+    return std::exchange(slot.first, next_[slot.first]);
+  }
+
+ private:
+  /// The lines of a group: any one of them, and the first, from which the others follow.
+  struct Slot {
+    std::uint32_t hash = 0;
+    std::uint32_t any = none;
+    std::uint32_t first = none;
+  };
+
+  void put(std::uint32_t place) {
+    const Likeness likeness = like_(lines_[place].line, words_);
+    if (likeness.section == none) return;
+    const std::uint32_t hash = placeof(likeness);
+    Slot& slot = slotof(likeness, hash);
+    if (slot.any == none) slot = {hash, place, none};
+    next_[place] = std::exchange(slot.first, place);
+  }
+
+  /// The slot of a group, or the free one where it belongs.
+  Slot& slotof(const Likeness& likeness, std::uint32_t hash) {
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t place = hash & mask;; place = (place + 1) & mask) {
+      Slot& slot = slots_[place];
+      if (slot.any == none) return slot;
+      if (slot.hash == hash && like_(lines_[slot.any].line, words_) == likeness) return slot;
+    }
+  }
+
+  const std::vector<Loose>& lines_;
+  Like like_;
+  const Vocabulary& words_;
+  std::vector<std::uint32_t> next_;  // in the group
+  std::vector<Slot> slots_;
+};
+
 /// Pairs the lines that are alone yet and alike, the first with the first.
-void pairalike(const Snapshot& before, const Snapshot& after, const Vocabulary& words, Likeness likeness,
-               Partners& partners) {
-  std::unordered_map<std::string, std::vector<std::size_t>> places;  // in the earlier snapshot, the first one last
-  const std::vector<std::size_t> earlier = alone(partners.ofbefore);
-  std::for_each(earlier.rbegin(), earlier.rend(),
-                [&](std::size_t place) { places[likeness(before[place], words)].push_back(place); });
-  places.erase(std::string());
-  for (const std::size_t place : alone(partners.ofafter)) {
-    const auto found = places.find(likeness(after[place], words));
-    if (found == places.end() || found->second.empty()) continue;
-    partners.pair(found->second.back(), place);
-    found->second.pop_back();
+void pairalike(Rest& rest, Like like, Change::Kind kind, const Vocabulary& words) {
+  const auto alone = [](const Loose& line) { return line.partner == none; };
+  if (std::none_of(rest.before.begin(), rest.before.end(), alone)) return;
+  if (std::none_of(rest.after.begin(), rest.after.end(), alone)) return;
+  Groups groups{rest.before, like, words};
+  for (std::uint32_t place = 0; place < rest.after.size(); ++place) {
+    Loose& line = rest.after[place];
+    if (line.partner != none) continue;
+    const std::uint32_t partner = groups.take(like(line.line, words));
+    if (partner == none) continue;
+    line.partner = partner;
+    line.kind = kind;
+    rest.before[partner].partner = place;
+  }
+}
+
+/// Appends the changes of a piece between two kept lines: what was removed stands before what came in its place.
+void appendchanges(const Rest& rest, const Rest::Gap& begin, const Rest::Gap& end, std::vector<Change>& changes) {
+  for (std::size_t n = begin.before; n < end.before; ++n) {
+    const Loose& line = rest.before[n];
+    if (line.partner == none) changes.push_back({Change::Kind::removed, line.line, none});
+  }
+  for (std::size_t n = begin.after; n < end.after; ++n) {
+    const Loose& line = rest.after[n];
+    const bool added = line.partner == none;
+    changes.push_back(
+        {added ? Change::Kind::added : line.kind, added ? none : rest.before[line.partner].line, line.line});
   }
 }
 
 }  // namespace
 
-std::uint32_t Vocabulary::number(std::string_view text) {
-  const auto known = numbers_.find(text);
-  if (known != numbers_.end()) return known->second;
-  const auto number = static_cast<std::uint32_t>(texts_.size());
-  numbers_.emplace(texts_.emplace_back(text), number);
-  return number;
-}
-
-Entry entryof(std::string_view line, std::uint32_t section, Vocabulary& words) {
-  const std::uint32_t text = words.number(line);
-  return {line.starts_with('[') ? text : section, text};
-}
-
 std::vector<Change> compare(const Snapshot& before, const Snapshot& after, const Vocabulary& words) {
-  Partners partners = keptpartners(before, after);
-  for (const Likeness likeness : {sametextandsection, sametext, sameseries, samekey}) {
-    pairalike(before, after, words, likeness, partners);
-  }
+  Rest rest = restof(before, after, words);
+  pairalike(rest, sametextandsection, Change::Kind::moved, words);
+  pairalike(rest, sametext, Change::Kind::moved, words);
+  pairalike(rest, sameseries, Change::Kind::changed, words);
+  pairalike(rest, samekey, Change::Kind::changed, words);
   std::vector<Change> changes;
-  std::size_t earlier = 0;
-  // What was removed up to the next line that was kept stands before what came in its place.
-  const auto removals = [&](std::size_t end) {
-    for (; earlier < end; ++earlier) {
-      if (partners.ofbefore[earlier] == none) changes.push_back({before[earlier], std::nullopt});
-    }
-  };
-  std::size_t nextkept = 0;
-  for (std::size_t place = 0; place < after.size(); ++place) {
-    for (nextkept = std::max(nextkept, place); nextkept < after.size() && !partners.kept[nextkept];) ++nextkept;
-    removals(nextkept < after.size() ? partners.ofafter[nextkept] : before.size());
-    if (partners.kept[place]) continue;
-    const std::size_t partner = partners.ofafter[place];
-    changes.push_back({partner == none ? std::nullopt : std::optional(before[partner]), after[place]});
+  for (std::size_t n = 0; n + 1 < rest.gaps.size(); ++n) {
+    appendchanges(rest, rest.gaps[n], rest.gaps[n + 1], changes);
   }
-  removals(before.size());
   return changes;
 }
 
 Account count(std::size_t before, const std::vector<Change>& changes) {
   Account account;
   for (const Change& change : changes) {
-    account.added += change.added() ? 1U : 0U;
-    account.removed += change.removed() ? 1U : 0U;
-    account.moved += change.moved() ? 1U : 0U;
-    account.changed += change.changed() ? 1U : 0U;
+    account.added += change.kind == Change::Kind::added ? 1U : 0U;
+    account.removed += change.kind == Change::Kind::removed ? 1U : 0U;
+    account.moved += change.kind == Change::Kind::moved ? 1U : 0U;
+    account.changed += change.kind == Change::Kind::changed ? 1U : 0U;
   }
   account.kept = before - account.changed - account.moved - account.removed;
   return account;

@@ -12,58 +12,26 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
+
+#include "preview/vocabulary.h"
 
 namespace tolvane {
 
-/// Texts by number, equal ones under one number.
-class Vocabulary {
- public:
-  Vocabulary() = default;
-  ~Vocabulary() = default;
-  // No copies: the numbers are looked up by pieces of the texts.
-  Vocabulary(const Vocabulary&) = delete;
-  Vocabulary& operator=(const Vocabulary&) = delete;
-  Vocabulary(Vocabulary&&) = default;
-  Vocabulary& operator=(Vocabulary&&) = default;
+/// The lines of a document at one moment, by their numbers.
+using Snapshot = std::vector<std::uint32_t>;
 
-  std::uint32_t number(std::string_view text);
-  [[nodiscard]] std::string_view text(std::uint32_t number) const { return texts_[number]; }
-
- private:
-  std::deque<std::string> texts_;
-  std::unordered_map<std::string_view, std::uint32_t> numbers_;
-};
-
-/// A line by the numbers of its text and of its section's header, which is its own for a header and the empty text for
-/// lines before the first.
-struct Entry {
-  std::uint32_t section;
-  std::uint32_t text;
-  bool operator==(const Entry&) const = default;
-};
-
-/// The lines of a document at one moment.
-using Snapshot = std::vector<Entry>;
-
-/// The entry of a line that stands below a section's header, or of a header.
-Entry entryof(std::string_view line, std::uint32_t section, Vocabulary& words);
-
-/// What became of a line. A line that was added has no earlier entry, one that was removed no later one.
+/// What became of a line. A line that was added has no earlier number, one that was removed no later one.
 struct Change {
-  std::optional<Entry> before;
-  std::optional<Entry> after;
+  enum class Kind : std::uint8_t { changed, moved, removed, added };
+
+  Kind kind;
+  std::uint32_t before;
+  std::uint32_t after;
   bool operator==(const Change&) const = default;
 
-  [[nodiscard]] bool added() const { return !before; }
-  [[nodiscard]] bool removed() const { return !after; }
-  [[nodiscard]] bool moved() const { return before && after && before->text == after->text; }
-  [[nodiscard]] bool changed() const { return before && after && before->text != after->text; }
+  /// The line as it is now, or as it was before it was removed.
+  [[nodiscard]] std::uint32_t line() const { return kind == Kind::removed ? before : after; }
 };
 
 /// How many lines there are of each kind.

@@ -5,122 +5,164 @@
 #include "preview/align.h"
 
 #include <algorithm>
-#include <unordered_map>
+
+#include "preview/ascending.h"
 
 namespace tolvane {
 
 namespace {
 
-using Items = std::span<const std::uint64_t>;
-
-/// A piece of both sequences, by the places of its ends, and how often it was cut out of another.
+/// A piece of both sequences, by the places of its ends, and how often it was cut out of another. One of equal items is
+/// paired already.
 struct Piece {
   std::size_t before, beforeend, after, afterend;
   int depth;
 };
 
+constexpr int paired = -1;
 constexpr int deepest = 24;
 constexpr std::size_t largesttable = 1 << 20;
 
-/// The longest run of matches, given in the order of `before`, that ascends in `after` too.
-std::vector<Match> ascending(const std::vector<Match>& matches) {
-  std::vector<std::size_t> tails;                               // the match that ends the best run of each length
-  std::vector<std::size_t> previous(matches.size(), SIZE_MAX);  // in its run
-  for (std::size_t n = 0; n < matches.size(); ++n) {
-    const auto tail = std::partition_point(tails.begin(), tails.end(),
-                                           [&](std::size_t other) { return matches[other].after < matches[n].after; });
-    if (tail != tails.begin()) previous[n] = *std::prev(tail);
-    if (tail == tails.end()) {
-      tails.push_back(n);
-    } else {
-      *tail = n;
+/// Adds a match, which may go on where the last one ends.
+void add(std::vector<Match>& matches, std::size_t before, std::size_t after, std::size_t length = 1) {
+  if (length == 0) return;
+  if (!matches.empty()) {
+    Match& last = matches.back();
+    if (last.before + last.length == before && last.after + last.length == after) {
+      last.length += length;
+      return;
     }
   }
-  std::vector<Match> run;
-  for (std::size_t n = tails.empty() ? SIZE_MAX : tails.back(); n != SIZE_MAX; n = previous[n]) {
-    run.push_back(matches[n]);
-  }
-  std::reverse(run.begin(), run.end());
-  return run;
+  matches.push_back({before, after, length});
 }
 
-/// Where an item stands last in each sequence, and how often.
+/// Where an item stands last in each sequence, counted from 1. 0 if it does not stand there.
 struct Found {
-  std::size_t before, after;
-  int inbefore, inafter;
+  std::uint32_t before, after;
 };
 
-std::vector<Match> anchors(Items before, Items after, const Piece& piece) {
-  std::unordered_map<std::uint64_t, Found> items;
+constexpr std::uint32_t several = UINT32_MAX;  // a place of an item that stands more than once
+
+/// Both sequences, and room for what is known of each item.
+template <typename Before>
+struct Sequences {
+  const Before& before;
+  std::span<const std::uint32_t> after;
+  std::vector<Found> found;
+
+  Found& inbefore(std::size_t place) { return found[before[place]]; }
+  Found& inafter(std::size_t place) { return found[after[place]]; }
+
+  /// Clears the room for the items of a piece.
+  void clear(const Piece& piece) {
+    for (std::size_t n = piece.before; n < piece.beforeend; ++n) inbefore(n) = {0, 0};
+    for (std::size_t n = piece.after; n < piece.afterend; ++n) inafter(n) = {0, 0};
+  }
+};
+
+/// Notes a place of an item.
+void note(std::uint32_t& found, std::size_t place) {
+  found = found == 0 ? static_cast<std::uint32_t>(place + 1) : several;
+}
+
+template <typename Before>
+std::vector<Pairing> anchors(Sequences<Before>& both, const Piece& piece) {
+  both.clear(piece);
+  for (std::size_t n = piece.before; n < piece.beforeend; ++n) note(both.inbefore(n).before, n);
+  for (std::size_t n = piece.after; n < piece.afterend; ++n) note(both.inafter(n).after, n);
+  std::vector<Pairing> pairings;
   for (std::size_t n = piece.before; n < piece.beforeend; ++n) {
-    Found& found = items[before[n]];
-    found.before = n;
-    ++found.inbefore;
+    const Found& found = both.inbefore(n);
+    if (found.before == several || found.after == several || found.after == 0) continue;
+    pairings.push_back({static_cast<std::uint32_t>(n), found.after - 1});
   }
-  for (std::size_t n = piece.after; n < piece.afterend; ++n) {
-    const auto item = items.find(after[n]);
-    if (item == items.end()) continue;
-    item->second.after = n;
-    ++item->second.inafter;
-  }
-  std::vector<Match> matches;
-  for (std::size_t n = piece.before; n < piece.beforeend; ++n) {
-    const Found& found = items[before[n]];
-    if (found.inbefore == 1 && found.inafter == 1) matches.push_back({n, found.after});
-  }
-  return ascending(matches);
+  return ascending(pairings);
 }
 
 /// The n-th of an item in the one piece with the n-th in the other.
-std::vector<Match> samecount(Items before, Items after, const Piece& piece) {
-  std::unordered_map<std::uint64_t, std::vector<std::size_t>> places;  // in `after`, the next one last
-  for (std::size_t n = piece.afterend; n-- > piece.after;) places[after[n]].push_back(n);
-  std::vector<Match> matches;
-  for (std::size_t n = piece.before; n < piece.beforeend; ++n) {
-    const auto place = places.find(before[n]);
-    if (place == places.end() || place->second.empty()) continue;
-    matches.push_back({n, place->second.back()});
-    place->second.pop_back();
+template <typename Before>
+std::vector<Pairing> samecount(Sequences<Before>& both, const Piece& piece) {
+  both.clear(piece);
+  // The places of each item in `after` are a list, from the first to the last.
+  std::vector<std::uint32_t> next(piece.afterend - piece.after);
+  for (std::size_t n = piece.afterend; n-- > piece.after;) {
+    next[n - piece.after] = both.inafter(n).after;
+    both.inafter(n).after = static_cast<std::uint32_t>(n + 1);
   }
-  return ascending(matches);
+  std::vector<Pairing> pairings;
+  for (std::size_t n = piece.before; n < piece.beforeend; ++n) {
+    std::uint32_t& place = both.inbefore(n).after;
+    if (place == 0) continue;
+    pairings.push_back({static_cast<std::uint32_t>(n), place - 1});
+    place = next[place - 1 - piece.after];
+  }
+  return ascending(pairings);
 }
 
-std::vector<Match> longestcommon(Items before, Items after, const Piece& piece) {
-  const std::size_t rows = piece.beforeend - piece.before;
-  const std::size_t columns = piece.afterend - piece.after;
-  const std::size_t width = columns + 1;
-  std::vector<std::uint32_t> lengths((rows + 1) * width);  // of what is left behind a row and a column
-  for (std::size_t row = rows; row-- > 0;) {
-    for (std::size_t column = columns; column-- > 0;) {
-      const std::size_t cell = row * width + column;
-      lengths[cell] = before[piece.before + row] == after[piece.after + column]
-                          ? lengths[cell + width + 1] + 1
-                          : std::max(lengths[cell + width], lengths[cell + 1]);
+/// The places in `before` whose items stand in `after`: no other row of the table has a match or is chosen over a
+/// column.
+template <typename Before>
+std::vector<std::uint32_t> rowsof(Sequences<Before>& both, const Piece& piece) {
+  both.clear(piece);
+  for (std::size_t n = piece.after; n < piece.afterend; ++n) note(both.inafter(n).after, n);
+  std::vector<std::uint32_t> rows;
+  for (std::size_t n = piece.before; n < piece.beforeend; ++n) {
+    if (both.inbefore(n).after != 0) rows.push_back(static_cast<std::uint32_t>(n));
+  }
+  return rows;
+}
+
+template <typename Before>
+std::vector<Pairing> longestcommon(Sequences<Before>& both, const Piece& piece) {
+  const std::vector<std::uint32_t> rows = rowsof(both, piece);
+  const std::span<const std::uint32_t> columns = both.after.subspan(piece.after, piece.afterend - piece.after);
+  // How many can be paired behind a row and a column, for one row; and whether the row below has as many.
+  std::vector<std::uint32_t> lengths(columns.size() + 1);
+  std::vector<char> down(rows.size() * columns.size());
+  for (std::size_t row = rows.size(); row-- > 0;) {
+    const std::uint32_t item = both.before[rows[row]];
+    std::uint32_t diagonal = 0;  // of the row below
+    for (std::size_t column = columns.size(); column-- > 0;) {
+      const std::uint32_t below = lengths[column];
+      const std::uint32_t right = lengths[column + 1];
+      down[row * columns.size() + column] = below >= right ? 1 : 0;
+      lengths[column] = item == columns[column] ? diagonal + 1 : std::max(below, right);
+      diagonal = below;
     }
   }
-  std::vector<Match> matches;
-  for (std::size_t row = 0, column = 0; row < rows && column < columns;) {
-    const std::size_t cell = row * width + column;
-    if (before[piece.before + row] == after[piece.after + column]) {
-      matches.push_back({piece.before + row++, piece.after + column++});
-    } else if (lengths[cell + width] >= lengths[cell + 1]) {
+  std::vector<Pairing> pairings;
+  for (std::size_t row = 0, column = 0; row < rows.size() && column < columns.size();) {
+    if (both.before[rows[row]] == columns[column]) {
+      pairings.push_back({rows[row++], static_cast<std::uint32_t>(piece.after + column++)});
+    } else if (down[row * columns.size() + column] != 0) {
       ++row;
     } else {
       ++column;
     }
   }
-  return matches;
+  return pairings;
 }
 
-/// Pairs the ends of the piece and takes them off.
-void trim(Items before, Items after, Piece& piece, std::vector<Match>& matches) {
-  while (piece.before < piece.beforeend && piece.after < piece.afterend && before[piece.before] == after[piece.after]) {
-    matches.push_back({piece.before++, piece.after++});
-  }
+/// Takes the equal ends off the piece: pairs the first ones, and returns the last ones as a piece.
+template <typename Before>
+Piece trim(const Sequences<Before>& both, Piece& piece, std::vector<Match>& matches) {
+  const std::size_t begin = piece.before;
   while (piece.before < piece.beforeend && piece.after < piece.afterend &&
-         before[piece.beforeend - 1] == after[piece.afterend - 1]) {
-    matches.push_back({--piece.beforeend, --piece.afterend});
+         both.before[piece.before] == both.after[piece.after]) {
+    ++piece.before;
+    ++piece.after;
   }
+  const std::size_t length = piece.before - begin;
+  add(matches, begin, piece.after - length, length);
+  Piece end{0, piece.beforeend, 0, piece.afterend, paired};
+  while (piece.before < piece.beforeend && piece.after < piece.afterend &&
+         both.before[piece.beforeend - 1] == both.after[piece.afterend - 1]) {
+    --piece.beforeend;
+    --piece.afterend;
+  }
+  end.before = piece.beforeend;
+  end.after = piece.afterend;
+  return end;
 }
 
 bool empty(const Piece& piece) { return piece.before == piece.beforeend || piece.after == piece.afterend; }
@@ -129,42 +171,66 @@ bool small(const Piece& piece) {
   return piece.beforeend - piece.before < largesttable / (piece.afterend - piece.after + 1);
 }
 
-/// Puts what lies before, between and behind the anchors on the heap of pieces.
-void cut(const Piece& piece, const std::vector<Match>& anchors, std::vector<Piece>& pieces) {
+/// Puts the anchors and what lies before, between and behind them on the heap of pieces, the first one on top.
+void cut(const Piece& piece, const std::vector<Pairing>& anchors, std::vector<Piece>& pieces) {
+  const std::size_t bottom = pieces.size();
   Piece rest = piece;
   ++rest.depth;
-  for (const Match& anchor : anchors) {
-    pieces.push_back({rest.before, anchor.before, rest.after, anchor.after, rest.depth});
-    rest.before = anchor.before + 1;
-    rest.after = anchor.after + 1;
+  for (const Pairing& anchor : anchors) {
+    const Piece between{rest.before, anchor.before, rest.after, anchor.after, rest.depth};
+    rest.before = anchor.before + 1U;
+    rest.after = anchor.after + 1U;
+    const bool adjacent = between.before == between.beforeend && between.after == between.afterend;
+    if (adjacent && pieces.size() > bottom) {
+      pieces.back().beforeend = rest.before;
+      pieces.back().afterend = rest.after;
+      continue;
+    }
+    if (!empty(between)) pieces.push_back(between);
+    pieces.push_back({anchor.before, rest.before, anchor.after, rest.after, paired});
   }
-  pieces.push_back(rest);
+  if (!empty(rest)) pieces.push_back(rest);
+  std::reverse(pieces.begin() + static_cast<std::ptrdiff_t>(bottom), pieces.end());
 }
 
-}  // namespace
-
-std::vector<Match> align(Items before, Items after) {
+template <typename Before>
+std::vector<Match> aligned(Sequences<Before> both, std::size_t items) {
   std::vector<Match> matches;
   std::vector<Piece> pieces{
-      {0, before.size(), 0, after.size(), 0}
+      {0, both.before.size(), 0, both.after.size(), 0}
   };
   while (!pieces.empty()) {
     Piece piece = pieces.back();
     pieces.pop_back();
-    trim(before, after, piece, matches);
+    if (piece.depth == paired) {
+      add(matches, piece.before, piece.after, piece.beforeend - piece.before);
+      continue;
+    }
+    const Piece end = trim(both, piece, matches);
+    if (!empty(end)) pieces.push_back(end);
     if (empty(piece)) continue;
-    std::vector<Match> found;
-    if (piece.depth < deepest) found = anchors(before, after, piece);
+    both.found.resize(items);
+    std::vector<Pairing> found;
+    if (piece.depth < deepest) found = anchors(both, piece);
     if (!found.empty()) {
       cut(piece, found, pieces);
-    } else {
-      found = small(piece) ? longestcommon(before, after, piece) : samecount(before, after, piece);
+      continue;
     }
-    matches.insert(matches.end(), found.begin(), found.end());
+    found = small(piece) ? longestcommon(both, piece) : samecount(both, piece);
+    for (const Pairing& pairing : found) add(matches, pairing.before, pairing.after);
   }
-  std::sort(matches.begin(), matches.end(),
-            [](const Match& one, const Match& other) { return one.before < other.before; });
   return matches;
+}
+
+}  // namespace
+
+std::vector<Match> align(std::span<const std::uint32_t> before, std::span<const std::uint32_t> after,
+                         std::size_t items) {
+  return aligned(Sequences<std::span<const std::uint32_t>>{before, after, {}}, items);
+}
+
+std::vector<Match> align(const Repeats& before, std::span<const std::uint32_t> after, std::size_t items) {
+  return aligned(Sequences<Repeats>{before, after, {}}, items);
 }
 
 }  // namespace tolvane

@@ -6,18 +6,6 @@
 
 namespace tolvane {
 
-namespace {
-
-void appendlines(Snapshot& snapshot, const Line* first, Vocabulary& words) {
-  std::uint32_t section = words.number("");
-  for (const Line* line = first; line != nullptr; line = line->next()) {
-    snapshot.push_back(entryof(line->text(), section, words));
-    section = snapshot.back().section;
-  }
-}
-
-}  // namespace
-
 std::optional<Text> convertsources(bool merge, const Load& load) {
   forget();
   load(0, nullptr);
@@ -26,13 +14,6 @@ std::optional<Text> convertsources(bool merge, const Load& load) {
   load(1, &system.lines);
   joinnetworkfile(system);
   return Text{};
-}
-
-Snapshot snapshot(const Aside* aside, Vocabulary& words) {
-  Snapshot snapshot;
-  if (aside != nullptr) appendlines(snapshot, aside->first(), words);
-  appendlines(snapshot, start, words);
-  return snapshot;
 }
 
 }  // namespace tolvane

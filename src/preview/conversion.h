@@ -1,11 +1,11 @@
-// Converting files in memory, as the commands do, and taking snapshots of the lines meanwhile.
+// Converting files in memory, as the commands do.
 #pragma once
 
 #include <functional>
 #include <optional>
 
 #include "document/linestore.h"
-#include "preview/account.h"
+#include "document/text.h"
 
 namespace tolvane {
 
@@ -15,8 +15,5 @@ using Load = std::function<void(std::size_t source, const Aside* system)>;
 /// Forgets earlier lines and converts one source as `update` does, or two as `merge`. Returns the suffix of the backup,
 /// without a meaning for a merge; none when nothing would be written. Ends as the commands do.
 std::optional<Text> convertsources(bool merge, const Load& load);
-
-/// The lines that are aside, unless that is null, and behind them those of the store.
-Snapshot snapshot(const Aside* aside, Vocabulary& words);
 
 }  // namespace tolvane

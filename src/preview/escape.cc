@@ -8,6 +8,16 @@ constexpr std::string_view digits = "01234567";
 
 unsigned byte(char character) { return static_cast<unsigned char>(character); }
 
+/// Returns true for printable ASCII without either of these characters. Most texts are, and need no closer look.
+bool isplain(std::string_view text, char without, char orwithout) {
+  unsigned outside = 0;
+  for (const char character : text) {
+    outside |= byte(character) - 0x20U > 0x7eU - 0x20U ? 1U : 0U;
+    outside |= character == without || character == orwithout ? 1U : 0U;
+  }
+  return outside == 0;
+}
+
 bool utf8(std::string_view text) {
   while (!text.empty()) {
     const std::size_t length = utf8length(text);
@@ -42,16 +52,34 @@ std::string headername(std::string_view path) {
   return path.find(' ') == std::string_view::npos ? name : name + '\t';
 }
 
-std::string quoted(std::string_view text) {
+void appendvisible(std::string& output, std::string_view text) {
+  if (isplain(text, '\n', '\n')) {
+    output += text;
+  } else {
+    output += visible(text);
+  }
+}
+
+void appendquoted(std::string& output, std::string_view text) {
+  if (isplain(text, '"', '\\')) {
+    output.append(1, '"').append(text).append(1, '"');
+    return;
+  }
   const bool lossless = utf8(text);
-  std::string result = lossless ? "\"" : R"({"latin1":")";
+  output += lossless ? "\"" : R"({"latin1":")";
   while (!text.empty()) {
     const bool single = !lossless && byte(text[0]) >= 0x80;
     const std::size_t length = single ? 1 : utf8length(text);
-    result += single ? "\\u" + hexadecimal(byte(text[0]), 4) : injson(text.substr(0, length));
+    output += single ? "\\u" + hexadecimal(byte(text[0]), 4) : injson(text.substr(0, length));
     text.remove_prefix(length);
   }
-  return result += lossless ? "\"" : "\"}";
+  output += lossless ? "\"" : "\"}";
+}
+
+std::string quoted(std::string_view text) {
+  std::string result;
+  appendquoted(result, text);
+  return result;
 }
 
 }  // namespace tolvane

@@ -15,6 +15,8 @@ class Object {
     return *this;
   }
   [[nodiscard]] std::string text() const { return text_ + '}'; }
+  /// The object so far, for more members.
+  [[nodiscard]] const std::string& open() const { return text_; }
 
  private:
   std::string text_ = "{";
@@ -44,30 +46,40 @@ std::string file(const Source& source) {
       .text();
 }
 
-std::string_view kindof(const Change& change) {
-  if (change.added()) return "added";
-  if (change.removed()) return "removed";
-  return change.moved() ? "moved" : "changed";
+std::string_view quotedkind(const Change& change) {
+  constexpr std::string_view kinds[] = {R"("changed")", R"("moved")", R"("removed")", R"("added")"};
+  return kinds[static_cast<std::size_t>(change.kind)];
 }
 
-std::string change(const Change& change, const Vocabulary& words) {
-  const Entry& entry = change.removed() ? *change.before : *change.after;
-  Object result;
-  result.with("kind", quoted(kindof(change)))
-      .with("section", quotedornull(words.text(entry.section)))
-      .with("line", quoted(words.text(entry.text)));
-  if (change.changed()) result.with("old", quoted(words.text(change.before->text)));
-  if (change.moved()) result.with("from", quotedornull(words.text(change.before->section)));
-  return result.text();
+/// Appends a change. There can be as many as lines: no text is built for one alone.
+void appendchange(std::string& output, const Change& change, const Vocabulary& words) {
+  const auto append = [&](std::string_view member, std::string_view text) {
+    appendquoted(output.append(member), text);
+  };
+  const auto appendsection = [&](std::string_view member, std::uint32_t line) {
+    const std::string_view header = words.text(words.section(line));
+    header.empty() ? void(output.append(member).append("null")) : append(member, header);
+  };
+  output.append("{\"kind\":").append(quotedkind(change));
+  appendsection(",\"section\":", change.line());
+  append(",\"line\":", words.text(change.line()));
+  if (change.kind == Change::Kind::changed) append(",\"old\":", words.text(change.before));
+  if (change.kind == Change::Kind::moved) appendsection(",\"from\":", change.before);
+  output += '}';
 }
 
-std::string part(const Part& part, const Vocabulary& words) {
-  return Object()
-      .with("ladder", quotedornull(part.ladder))
+void appendpart(std::string& output, const Part& part, const Vocabulary& words) {
+  Object head;
+  head.with("ladder", quotedornull(part.ladder))
       .with("version", quotedornull(part.version))
-      .with("phrase", quoted(part.phrase))
-      .with("changes", array(part.changes, [&](const Change& item) { return change(item, words); }))
-      .text();
+      .with("phrase", quoted(part.phrase));
+  output.append(head.open()).append(",\"changes\":[");
+  const char* comma = "";
+  for (const Change& change : part.changes) {
+    appendchange(output.append(comma), change, words);
+    comma = ",";
+  }
+  output += "]}";
 }
 
 std::string backup(const std::optional<Backup>& backup) {
@@ -125,18 +137,23 @@ std::string_view outcome(Outcome outcome) {
 }  // namespace
 
 std::string json(const Preview& preview) {
-  const Object whole =
-      Object()
-          .with("command", quoted(preview.request.merge() ? "merge" : "update"))
-          .with("files", array(preview.sources, file))
-          .with("outcome", quoted(outcome(preview.outcome)))
-          .with("pending", std::to_string(preview.pending))
-          .with("parts", array(preview.parts, [&](const Part& item) { return part(item, preview.words); }))
-          .with("messages", array(preview.messagelines(), quoted))
-          .with("backup", backup(preview.backup))
-          .with("lines", lines(preview))
-          .with("trouble", trouble(preview));
-  return whole.text() + '\n';
+  Object head;
+  head.with("command", quoted(preview.request.merge() ? "merge" : "update"))
+      .with("files", array(preview.sources, file))
+      .with("outcome", quoted(outcome(preview.outcome)))
+      .with("pending", std::to_string(preview.pending));
+  std::string text = head.open() + ",\"parts\":[";
+  const char* comma = "";
+  for (const Part& part : preview.parts) {
+    appendpart(text.append(comma), part, preview.words);
+    comma = ",";
+  }
+  Object tail;
+  tail.with("messages", array(preview.messagelines(), quoted))
+      .with("backup", backup(preview.backup))
+      .with("lines", lines(preview))
+      .with("trouble", trouble(preview));
+  return text.append("],").append(tail.text().substr(1)).append(1, '\n');
 }
 
 }  // namespace tolvane

@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 
+#include "document/room.h"
 #include "document/versions.h"
 #include "preview/escape.h"
 #include "preview/forms.h"
@@ -21,6 +22,7 @@
 
 namespace {
 
+using tolvane::Detail;
 using tolvane::Outcome;
 using tolvane::Preview;
 using tolvane::Request;
@@ -122,19 +124,20 @@ void complain(std::string_view about, std::string_view what) {
 }
 
 /// A diff that nobody can feed to patch(1) need not be exact.
-std::string diff(const Preview& preview, bool color) {
-  if (preview.outcome != Outcome::changed) return {};
+void printdiff(const Preview& preview, bool color, Output& output) {
+  if (preview.outcome != Outcome::changed) return;
+  const bool exact = !color && isatty(STDOUT_FILENO) != 1;
   const Request& request = preview.request;
-  const std::string exact = tolvane::unified(preview.sources[0].bytes, preview.result, request.path,
-                                             request.merge() ? "merged" : request.path);
-  return color || isatty(STDOUT_FILENO) == 1 ? tolvane::shown(exact, color) : exact;
+  tolvane::unified(
+      preview.sources[0].bytes, preview.result, request.path, request.merge() ? "merged" : request.path,
+      [&](std::string_view piece) { output.print(exact ? piece : std::string_view(tolvane::shown(piece, color))); });
 }
 
-std::string formed(const Preview& preview, const Options& options) {
-  if (options.form == Form::diff) return diff(preview, colored(options.color));
-  if (options.form == Form::json) return tolvane::json(preview);
-  if (options.form == Form::summary) return tolvane::summary(preview);
-  return tolvane::report(preview, colored(options.color));
+void print(const Preview& preview, const Options& options, Output& output) {
+  if (options.form == Form::diff) printdiff(preview, colored(options.color), output);
+  if (options.form == Form::json) output.print(tolvane::json(preview));
+  if (options.form == Form::summary) output.print(tolvane::summary(preview));
+  if (options.form == Form::report) output.print(tolvane::report(preview, colored(options.color)));
 }
 
 std::string nameof(const Request& request) {
@@ -142,11 +145,17 @@ std::string nameof(const Request& request) {
   return request.merge() ? name + ", " + tolvane::visible(request.networkpath) : name;
 }
 
+Detail detailof(Form form) {
+  if (form == Form::diff) return Detail::contents;
+  return form == Form::summary ? Detail::account : Detail::parts;
+}
+
 /// Shows the preview of one request and returns the exit status for it.
-int show(const Request& request, const Options& options, Output& output) {
+int show(Request request, const Options& options, Output& output) {
+  request.detail = detailof(options.form);
   try {
     const Preview preview = tolvane::previewof(request);
-    output.print(formed(preview, options));
+    print(preview, options, output);
     output.check(std::fflush(stdout) == 0);  // before what is complained about
     if (preview.outcome == Outcome::trouble) complain(nameof(request), tolvane::troubletext(preview));
     if (preview.outcome == Outcome::trouble) return trouble;
@@ -207,6 +216,7 @@ int delivered(int status, Output& output) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  tolvane::keepmemory();
   (void)std::signal(SIGPIPE, SIG_IGN);  // a reader that has gone is trouble like any other
   (void)std::signal(SIGXFSZ, SIG_IGN);
   Output output;

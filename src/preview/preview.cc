@@ -12,6 +12,7 @@
 #include "document/entries.h"
 #include "document/forget.h"
 #include "document/observer.h"
+#include "document/room.h"
 #include "ladder/ladder.h"
 #include "ladder/platformrecord.h"
 #include "legacy/convertnetwork.h"
@@ -20,6 +21,7 @@
 #include "preview/conversion.h"
 #include "preview/culprit.h"
 #include "preview/plan.h"
+#include "preview/snapshot.h"
 
 namespace tolvane {
 
@@ -28,7 +30,7 @@ namespace {
 /// The conversion that is observed.
 struct Run {
   Preview& preview;
-  Snapshot before = {};           // the lines before the part that runs
+  Watch watch = {};               // on the lines, as they were before the part that runs
   const Aside* system = nullptr;  // the system file's lines while they are aside
 };
 
@@ -42,13 +44,12 @@ std::vector<Source> sourcesof(const Request& request) {
 /// Gives the last part the changes since it began.
 void endpart(Run& run) {
   Preview& preview = run.preview;
-  Snapshot now = snapshot(run.system, preview.words);
-  if (!preview.parts.empty() && now != run.before) {
-    std::vector<Change>& changes = preview.parts.back().changes;
-    std::vector<Change> more = compare(run.before, now, preview.words);
-    changes.insert(changes.end(), more.begin(), more.end());
-  }
-  run.before = std::move(now);
+  if (preview.request.detail != Detail::parts) return;
+  const std::optional<Snapshot> before = run.watch.look(run.system, preview.words);
+  if (!before || preview.parts.empty()) return;
+  std::vector<Change>& changes = preview.parts.back().changes;
+  const std::vector<Change> more = compare(*before, run.watch.lines(), preview.words);
+  changes.insert(changes.end(), more.begin(), more.end());
 }
 
 /// Reads a file once, so that it may be a pipe. Ends as a run does that cannot read it.
@@ -69,13 +70,17 @@ void loadsource(Run& run, std::size_t number, const Aside* system) {
   Preview& preview = run.preview;
   Source& source = preview.sources[number];
   read(source);
+  takeroom(source.bytes);
   source.reading = parse(source.bytes);
   source.loaded = true;
   source.version = preview.request.merge() ? legacyversion() : getvalue("[ConfigFile]", "Version");
   source.platform = platformname();
   source.family = platformfamily();
-  source.lines = snapshot(nullptr, preview.words);
-  run.before = system == nullptr ? source.lines : snapshot(system, preview.words);
+  if (preview.request.detail == Detail::contents) return;
+  source.lines = parsedlines(source.bytes, preview.words);
+  Snapshot lines = run.watch.lines();
+  lines.insert(lines.end(), source.lines.begin(), source.lines.end());
+  run.watch.set(std::move(lines));
 }
 
 /// Tells a run what its conversion does.
@@ -87,16 +92,28 @@ Observer observerof(Run& run) {
   return {part, [&run](std::string_view text) { run.preview.messages += text; }};
 }
 
+/// The lines of all sources.
+Snapshot sourcelines(const Preview& preview) {
+  Snapshot lines;
+  for (const Source& source : preview.sources) lines.insert(lines.end(), source.lines.begin(), source.lines.end());
+  return lines;
+}
+
 /// The result is in the line store.
-void takeresult(Preview& preview, const Snapshot& result, std::string_view suffix) {
+void takeresult(Run& run, std::string_view suffix) {
+  Preview& preview = run.preview;
   if (!preview.request.merge()) planbackup(preview, suffix);
   if (preview.lost || preview.trouble) return;
   preview.outcome = Outcome::changed;
-  preview.result = contents();
-  preview.after = result.size();
-  Snapshot then;
-  for (const Source& source : preview.sources) then.insert(then.end(), source.lines.begin(), source.lines.end());
-  preview.account = count(then.size(), compare(then, result, preview.words));
+  if (preview.request.detail == Detail::contents) {
+    preview.result = contents();
+    return;
+  }
+  if (preview.request.detail == Detail::account) run.watch.look(nullptr, preview.words);
+  const Snapshot before = sourcelines(preview);
+  const Snapshot& after = run.watch.lines();
+  preview.after = after.size();
+  preview.account = count(before.size(), compare(before, after, preview.words));
 }
 
 /// The source that is too large to be previewed, if one is.
@@ -132,7 +149,7 @@ bool converted(Preview& preview) {
     preview.outcome = Outcome::unchanged;
     if (!suffix) return true;
     endpart(run);
-    takeresult(preview, run.before, *suffix);
+    takeresult(run, *suffix);
   } catch (const Fatal& end) {
     endfatally(preview, end.message);
   } catch (const TextTooLong&) {
@@ -152,7 +169,7 @@ std::size_t pendingsteps(const std::vector<Source>& sources) {
 /// Only a file that would change has an account, and parts with changes.
 void conclude(Preview& preview) {
   preview.pending = pendingsteps(preview.sources);
-  for (const Source& source : preview.sources) preview.before += source.lines.size();
+  for (const Source& source : preview.sources) preview.before += source.reading.lines;
   if (preview.trouble) preview.outcome = Outcome::trouble;
   if (preview.outcome == Outcome::changed) return;
   preview.after = preview.account.kept = preview.before;

@@ -2,6 +2,7 @@
 #include "document/versions.h"
 #include "document/visible.h"
 #include "ladder/convertconfig.h"
+#include "preview/escape.h"
 #include "preview/forms.h"
 
 namespace tolvane {
@@ -49,30 +50,39 @@ std::string sectiontext(std::uint32_t section, const Vocabulary& words) {
   return header.empty() ? "(before the first section)" : visible(header);
 }
 
+/// Appends a line of the document behind a word. There can be as many as lines: no text is built for one alone.
+void writeline(std::string_view hue, std::string_view word, std::string_view line, Page& page) {
+  const bool colored = page.color && !hue.empty();
+  if (colored) page.text += hue;
+  appendvisible(page.text.append(word), line);
+  if (colored) page.text += plain;
+  page.text += '\n';
+}
+
 void writechange(const Change& change, const Vocabulary& words, Page& page) {
-  const auto text = [&](const Entry& entry) { return visible(words.text(entry.text)); };
-  if (change.added()) {
-    page.line(green, "    added    " + text(*change.after));
-  } else if (change.removed()) {
-    page.line(red, "    removed  " + text(*change.before));
-  } else if (change.moved()) {
-    const bool within = change.before->section == change.after->section;
-    page.line(cyan, "    moved    " + text(*change.after));
-    page.line(cyan,
-              "       from  " + (within ? "elsewhere in this section" : sectiontext(change.before->section, words)));
+  const std::string_view before = words.text(change.kind == Change::Kind::added ? change.after : change.before);
+  if (change.kind == Change::Kind::added) {
+    writeline(green, "    added    ", before, page);
+  } else if (change.kind == Change::Kind::removed) {
+    writeline(red, "    removed  ", before, page);
+  } else if (change.kind == Change::Kind::moved) {
+    const std::uint32_t from = words.section(change.before);
+    const bool within = from == words.section(change.after);
+    writeline(cyan, "    moved    ", before, page);
+    page.line(cyan, "       from  " + (within ? "elsewhere in this section" : sectiontext(from, words)));
   } else {
-    page.line(yellow, "    changed  " + text(*change.before));
-    page.line(yellow, "         to  " + text(*change.after));
+    writeline(yellow, "    changed  ", before, page);
+    writeline(yellow, "         to  ", words.text(change.after), page);
   }
 }
 
 /// The changes of a part, under their sections.
 void writechanges(const Part& part, const Vocabulary& words, Page& page) {
-  const Entry* before = nullptr;
+  std::optional<std::uint32_t> before;
   for (const Change& change : part.changes) {
-    const Entry& entry = change.after ? *change.after : *change.before;
-    if (before == nullptr || before->section != entry.section) page.line("  " + sectiontext(entry.section, words));
-    before = &entry;
+    const std::uint32_t section = words.section(change.line());
+    if (before != section) page.line("  " + sectiontext(section, words));
+    before = section;
     writechange(change, words, page);
   }
 }

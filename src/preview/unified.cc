@@ -1,6 +1,7 @@
 #include "preview/unified.h"
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
 #include "preview/account.h"
@@ -12,25 +13,13 @@ namespace tolvane {
 namespace {
 
 constexpr std::size_t context = 3;
+constexpr std::size_t piecesize = 1 << 16;
 
-using Lines = std::vector<std::string_view>;
-
-/// The lines of a text with their newlines.
-Lines split(std::string_view text) {
-  Lines lines;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
-    lines.push_back(text.substr(0, end));
-    text.remove_prefix(end);
-  }
-  return lines;
-}
-
-std::vector<std::uint64_t> numbers(const Lines& lines, Vocabulary& words) {
-  std::vector<std::uint64_t> result;
-  result.reserve(lines.size());
-  for (const std::string_view line : lines) result.push_back(words.number(line));
-  return result;
+/// Takes the first line off a text, with its newline.
+std::string_view takeline(std::string_view& text) {
+  const std::string_view line = text.substr(0, std::min(text.find('\n'), text.size() - 1) + 1);
+  text.remove_prefix(line.size());
+  return line;
 }
 
 /// Lines of the one text and what stands in the other in their place.
@@ -38,24 +27,60 @@ struct Difference {
   std::size_t before, beforeend, after, afterend;
 };
 
-std::vector<Difference> differences(const Lines& before, const Lines& after) {
-  Vocabulary words;
-  const std::vector<std::uint64_t> earlier = numbers(before, words);
-  std::vector<Match> matches = align(earlier, numbers(after, words));
-  matches.push_back({before.size(), after.size()});
+/// Where both texts differ, and how many lines the earlier one has.
+struct Differences {
   std::vector<Difference> found;
-  Match next{0, 0};
+  std::size_t lines;
+};
+
+Differences differences(std::string_view before, std::string_view after) {
+  Vocabulary words;
+  Snapshot later;
+  while (!after.empty()) later.push_back(words.lent(takeline(after), Vocabulary::nosection));
+  // No empty line is part of a text: its number can stand for all that the later text does not have.
+  Repeats earlier;
+  while (!before.empty()) earlier.push_back(words.known(takeline(before), Vocabulary::nosection));
+  std::vector<Match> matches = align(earlier, later, words.size());
+  matches.push_back({earlier.size(), later.size(), 0});
+  Differences differences{{}, earlier.size()};
+  std::size_t earlierend = 0;
+  std::size_t laterend = 0;
   for (const Match& match : matches) {
-    if (match != next) found.push_back({next.before, match.before, next.after, match.after});
-    next = {match.before + 1, match.after + 1};
+    const Difference difference{earlierend, match.before, laterend, match.after};
+    if (match.before != earlierend || match.after != laterend) differences.found.push_back(difference);
+    earlierend = match.before + match.length;
+    laterend = match.after + match.length;
   }
-  return found;
+  return differences;
 }
 
-void write(std::string& diff, char sign, std::string_view line) {
-  diff.append(1, sign).append(line);
-  if (!line.ends_with('\n')) diff += "\n\\ No newline at end of file\n";
-}
+/// The lines of a text, by their numbers in ascending order.
+struct Lines {
+  std::string_view rest;
+  std::size_t place = 0;
+
+  std::string_view at(std::size_t number) {
+    for (; place < number; ++place) takeline(rest);
+    ++place;
+    return takeline(rest);
+  }
+};
+
+/// The diff, passed on in pieces of whole lines.
+struct Output {
+  const Sink& sink;
+  std::string piece = {};
+
+  void add(char sign, std::string_view line) {
+    piece.append(1, sign).append(line);
+    if (!line.ends_with('\n')) piece += "\n\\ No newline at end of file\n";
+    if (piece.size() >= piecesize) flush();
+  }
+  void flush() {
+    sink(piece);
+    piece.clear();
+  }
+};
 
 /// Where a hunk begins and how long it is; one without lines stands behind the line that it names.
 std::string range(std::size_t begin, std::size_t end) {
@@ -63,26 +88,27 @@ std::string range(std::size_t begin, std::size_t end) {
   return std::to_string(length == 0 ? begin : begin + 1) + (length == 1 ? "" : ',' + std::to_string(length));
 }
 
-/// The differences of one hunk, and the texts that they are between.
+/// The differences of one hunk, and the lines of the earlier text that follow it.
 struct Hunk {
-  const Lines& before;
-  const Lines& after;
-  const Difference* first;
-  const Difference* last;
+  std::span<const Difference> differences;
+  std::size_t following;
 };
 
-void write(std::string& diff, const Hunk& hunk) {
-  const std::size_t lead = std::min(context, hunk.first->before);
-  const std::size_t tail = std::min(context, hunk.before.size() - hunk.last->beforeend);
-  std::size_t place = hunk.first->before - lead;
-  diff += "@@ -" + range(place, hunk.last->beforeend + tail) + " +" +
-          range(hunk.first->after - lead, hunk.last->afterend + tail) + " @@\n";
-  for (const Difference* difference = hunk.first; difference <= hunk.last; ++difference) {
-    for (; place < difference->before; ++place) write(diff, ' ', hunk.before[place]);
-    for (; place < difference->beforeend; ++place) write(diff, '-', hunk.before[place]);
-    for (std::size_t n = difference->after; n < difference->afterend; ++n) write(diff, '+', hunk.after[n]);
+/// The lines around the differences are those of the earlier text.
+void write(const Hunk& hunk, Lines& before, Lines& after, Output& output) {
+  const Difference& first = hunk.differences.front();
+  const Difference& last = hunk.differences.back();
+  const std::size_t lead = std::min(context, first.before);
+  const std::size_t tail = std::min(context, hunk.following);
+  std::size_t place = first.before - lead;
+  output.piece +=
+      "@@ -" + range(place, last.beforeend + tail) + " +" + range(first.after - lead, last.afterend + tail) + " @@\n";
+  for (const Difference& difference : hunk.differences) {
+    for (; place < difference.before; ++place) output.add(' ', before.at(place));
+    for (; place < difference.beforeend; ++place) output.add('-', before.at(place));
+    for (std::size_t n = difference.after; n < difference.afterend; ++n) output.add('+', after.at(n));
   }
-  for (const std::size_t end = place + tail; place < end; ++place) write(diff, ' ', hunk.before[place]);
+  for (const std::size_t end = place + tail; place < end; ++place) output.add(' ', before.at(place));
 }
 
 /// The colour of a line of a diff; none for the lines that are in both texts.
@@ -95,27 +121,32 @@ std::string_view colorof(std::string_view line) {
 
 }  // namespace
 
-std::string unified(std::string_view before, std::string_view after, std::string_view name, std::string_view newname) {
-  const Lines earlier = split(before);
-  const Lines later = split(after);
-  const std::vector<Difference> found = differences(earlier, later);
-  if (found.empty()) return {};
-  std::string diff = "--- " + headername(name) + "\n+++ " + headername(newname) + '\n';
+void unified(std::string_view before, std::string_view after, std::string_view name, std::string_view newname,
+             const Sink& sink) {
+  const auto [found, lines] = differences(before, after);
+  if (found.empty()) return;
+  Output output{sink};
+  output.piece = "--- " + headername(name) + "\n+++ " + headername(newname) + '\n';
+  Lines earlier{before};
+  Lines later{after};
   for (std::size_t first = 0; first < found.size();) {
     std::size_t last = first;
     while (last + 1 < found.size() && found[last + 1].before - found[last].beforeend <= 2 * context) ++last;
-    write(diff, Hunk{earlier, later, &found[first], &found[last]});
+    const Hunk hunk{std::span(found).subspan(first, last + 1 - first), lines - found[last].beforeend};
+    write(hunk, earlier, later, output);
     first = last + 1;
   }
-  return diff;
+  output.flush();
 }
 
 std::string shown(std::string_view diff, bool color) {
   std::string text;
-  for (std::string_view line : split(diff)) {
+  while (!diff.empty()) {
+    std::string_view line = takeline(diff);
     line.remove_suffix(1);
     const std::string_view hue = color ? colorof(line) : "";
-    text.append(hue).append(visible(line)).append(hue.empty() ? "\n" : "\033[0m\n");
+    appendvisible(text.append(hue), line);
+    text += hue.empty() ? "\n" : "\033[0m\n";
   }
   return text;
 }

@@ -16,13 +16,6 @@ namespace {
 
 const std::string full(511, 'x');
 
-/// The numbers of the lines in the file, for each line that parsing makes.
-std::vector<std::size_t> numbers(std::string_view bytes) {
-  std::vector<std::size_t> result;
-  while (const std::size_t number = linenumber(bytes, result.size())) result.push_back(number);
-  return result;
-}
-
 class Parse : public StoreTest {
  protected:
   /// The lines that the store holds, each ended by a newline; what else parsing told is in `reading`.
@@ -37,8 +30,9 @@ class Parse : public StoreTest {
 
 TEST_F(Parse, DropsAndCountsBlankLines) {
   EXPECT_EQ(parsed("a\n\n \t\n\r\nb\n"), "a\n\r\nb\n") << "a carriage return is not blank";
-  EXPECT_EQ(numbers("a\n\n \t\n\r\nb\n"), (std::vector<std::size_t>{1, 4, 5}));
+  EXPECT_EQ(linenumbers("a\n\n \t\n\r\nb\n"), (std::vector<std::size_t>{1, 4, 5}));
   EXPECT_EQ(reading.blank, 2U);
+  EXPECT_EQ(reading.lines, 3U);
   EXPECT_EQ(parsed("\n  \n\t\n \t \n"), "");
   EXPECT_EQ(reading.blank, 4U);
   EXPECT_EQ(parsed(""), "");
@@ -49,14 +43,14 @@ TEST_F(Parse, DropsAndCountsBlankLines) {
 TEST_F(Parse, SplitsLinesOfMoreThan511Characters) {
   EXPECT_EQ(parsed(std::string(600, 'x') + "\n"), full + "\n" + std::string(89, 'x') + "\n");
   EXPECT_EQ(parsed(full + "y\n" + full + full + "\n"), full + "\ny\n" + full + "\n" + full + "\n");
-  EXPECT_EQ(numbers(full + "y\n" + full + full + "\n"), (std::vector<std::size_t>{1, 1, 2, 2}));
+  EXPECT_EQ(linenumbers(full + "y\n" + full + full + "\n"), (std::vector<std::size_t>{1, 1, 2, 2}));
   EXPECT_EQ(reading.split, 2U);
   EXPECT_EQ(parsed(full + "\nb\n"), full + "\nb\n");
   EXPECT_EQ(reading.split, 0U);
   EXPECT_EQ(reading.blank, 0U) << "the newline behind a full line is no line";
   EXPECT_EQ(parsed(full + "   \nb\n"), full + "\nb\n");
   EXPECT_EQ(reading.blank, 1U);
-  EXPECT_EQ(numbers(full + "   \nb\n"), (std::vector<std::size_t>{1, 2}));
+  EXPECT_EQ(linenumbers(full + "   \nb\n"), (std::vector<std::size_t>{1, 2}));
 }
 
 TEST_F(Parse, EndsALineAtANulByte) {

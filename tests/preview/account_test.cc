@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <random>
+#include <set>
 
 namespace tolvane::test {
 
@@ -16,18 +17,18 @@ class AccountOfLines : public testing::Test {
   /// The lines, each ended by a newline.
   Snapshot lines(std::string_view text) {
     Snapshot result;
-    std::uint32_t section = words.number("");
+    std::uint32_t section = Vocabulary::nosection;
     while (!text.empty()) {
       const std::size_t end = text.find('\n');
-      result.push_back(entryof(text.substr(0, end), section, words));
-      section = result.back().section;
+      result.push_back(words.number(text.substr(0, end), section));
+      section = words.section(result.back());
       text.remove_prefix(end + 1);
     }
     return result;
   }
 
-  std::string described(const Entry& entry) const {
-    return std::string(words.text(entry.section)) + ' ' + std::string(words.text(entry.text));
+  [[nodiscard]] std::string described(std::uint32_t line) const {
+    return std::string(words.text(words.section(line))) + ' ' + std::string(words.text(line));
   }
 
   /// The changes as words: "added [A] k=1", "changed [A] k=1 to [A] k=2", ...
@@ -39,12 +40,12 @@ class AccountOfLines : public testing::Test {
     EXPECT_EQ(account.kept + account.changed + account.moved + account.removed, earlier.size());
     EXPECT_EQ(account.kept + account.changed + account.moved + account.added, later.size());
     std::vector<std::string> result;
-    for (const Change& change : found) {
-      if (change.added()) result.push_back("added " + described(*change.after));
-      if (change.removed()) result.push_back("removed " + described(*change.before));
-      if (change.moved()) result.push_back("moved " + described(*change.before) + " to " + described(*change.after));
-      if (change.changed())
-        result.push_back("changed " + described(*change.before) + " to " + described(*change.after));
+    for (const auto& [kind, earlierline, laterline] : found) {
+      if (kind == Change::Kind::added) result.push_back("added " + described(laterline));
+      if (kind == Change::Kind::removed) result.push_back("removed " + described(earlierline));
+      const std::string both = described(earlierline == UINT32_MAX ? laterline : earlierline) + " to ";
+      if (kind == Change::Kind::moved) result.push_back("moved " + both + described(laterline));
+      if (kind == Change::Kind::changed) result.push_back("changed " + both + described(laterline));
     }
     return result;
   }
@@ -52,10 +53,30 @@ class AccountOfLines : public testing::Test {
   Vocabulary words;
 };
 
-TEST_F(AccountOfLines, NumbersEqualTextsAlike) {
-  EXPECT_EQ(words.number("a"), words.number(std::string("a")));
-  EXPECT_NE(words.number("a"), words.number("A"));
-  EXPECT_EQ(words.text(words.number("a")), "a");
+TEST_F(AccountOfLines, NumbersEqualLinesAlike) {
+  const std::uint32_t header = words.number("[A]", Vocabulary::nosection);
+  EXPECT_EQ(words.section(header), header);
+  EXPECT_EQ(words.number("[A]", header), header) << "a header is its own section";
+  EXPECT_EQ(words.number("a", header), words.number(std::string("a"), header));
+  EXPECT_NE(words.number("a", header), words.number("A", header));
+  EXPECT_NE(words.number("a", header), words.number("a", Vocabulary::nosection));
+  EXPECT_EQ(words.text(words.number("a", header)), "a");
+  EXPECT_EQ(words.section(words.number("a", header)), header);
+  EXPECT_EQ(words.known("a", header), words.number("a", header));
+  EXPECT_EQ(words.known("b", header), words.number("", Vocabulary::nosection));
+}
+
+TEST_F(AccountOfLines, KeepsEachNumberHoweverManyThereAre) {
+  std::vector<std::uint32_t> numbers;
+  std::uint32_t section = Vocabulary::nosection;
+  for (int n = 0; n < 10000; ++n) {
+    if (n % 100 == 0) section = words.number('[' + std::to_string(n) + ']', section);
+    numbers.push_back(words.number(std::to_string(n % 300), section));
+    ASSERT_EQ(words.text(numbers.back()), std::to_string(n % 300));
+    ASSERT_EQ(words.section(numbers.back()), section);
+  }
+  EXPECT_EQ(std::set<std::uint32_t>(numbers.begin(), numbers.end()).size(), numbers.size());
+  EXPECT_EQ(words.number("99", words.number("[0]", section)), numbers[99]);
 }
 
 TEST_F(AccountOfLines, KeepsWhatStandsWhereItStood) {

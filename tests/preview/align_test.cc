@@ -12,19 +12,39 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::vector<Match> aligned(const std::string& before, const std::string& after) {
-  return align(std::vector<std::uint64_t>(before.begin(), before.end()),
-               std::vector<std::uint64_t>(after.begin(), after.end()));
+/// An item of the one sequence and the equal one of the other.
+using Pair = std::pair<std::size_t, std::size_t>;
+
+std::vector<Pair> pairsof(const std::vector<Match>& matches) {
+  std::vector<Pair> pairs;
+  for (const Match& match : matches) {
+    EXPECT_GT(match.length, 0U);
+    if (!pairs.empty()) {
+      EXPECT_NE(pairs.back(), Pair(match.before - 1, match.after - 1)) << "one match is enough";
+    }
+    for (std::size_t n = 0; n < match.length; ++n) pairs.emplace_back(match.before + n, match.after + n);
+  }
+  return pairs;
+}
+
+std::vector<Pair> aligned(const std::string& before, const std::string& after) {
+  const std::vector<std::uint32_t> earlier(before.begin(), before.end());
+  const std::vector<std::uint32_t> later(after.begin(), after.end());
+  Repeats repeats;
+  for (const std::uint32_t item : earlier) repeats.push_back(item);
+  const std::vector<Match> matches = align(earlier, later, 128);
+  EXPECT_EQ(align(repeats, later, 128), matches);
+  return pairsof(matches);
 }
 
 void expectcommon(const std::string& before, const std::string& after, std::size_t most) {
-  const std::vector<Match> matches = aligned(before, after);
+  const std::vector<Pair> matches = aligned(before, after);
   EXPECT_EQ(matches.size(), most) << before << " and " << after;
   for (std::size_t n = 0; n < matches.size(); ++n) {
-    EXPECT_EQ(before[matches[n].before], after[matches[n].after]);
+    EXPECT_EQ(before[matches[n].first], after[matches[n].second]);
     if (n == 0) continue;
-    EXPECT_LT(matches[n - 1].before, matches[n].before);
-    EXPECT_LT(matches[n - 1].after, matches[n].after);
+    EXPECT_LT(matches[n - 1].first, matches[n].first);
+    EXPECT_LT(matches[n - 1].second, matches[n].second);
   }
 }
 
@@ -33,9 +53,9 @@ TEST(Align, PairsWhatIsEqualInOrder) {
   EXPECT_THAT(aligned("abc", ""), IsEmpty());
   EXPECT_THAT(aligned("", "abc"), IsEmpty());
   EXPECT_THAT(aligned("abc", "xyz"), IsEmpty());
-  EXPECT_THAT(aligned("abc", "abc"), ElementsAre(Match{0, 0}, Match{1, 1}, Match{2, 2}));
-  EXPECT_THAT(aligned("abc", "axc"), ElementsAre(Match{0, 0}, Match{2, 2}));
-  EXPECT_THAT(aligned("abc", "xab"), ElementsAre(Match{0, 1}, Match{1, 2}));
+  EXPECT_THAT(aligned("abc", "abc"), ElementsAre(Pair{0, 0}, Pair{1, 1}, Pair{2, 2}));
+  EXPECT_THAT(aligned("abc", "axc"), ElementsAre(Pair{0, 0}, Pair{2, 2}));
+  EXPECT_THAT(aligned("abc", "xab"), ElementsAre(Pair{0, 1}, Pair{1, 2}));
 }
 
 TEST(Align, FindsTheLongestCommonSequence) {
@@ -53,9 +73,23 @@ TEST(Align, KeepsALargePieceOfRepetitionsInBounds) {
   std::string after = "]";
   for (int n = 0; n < 10000; ++n) before += "xy";
   for (int n = 0; n < 10000; ++n) after += "yx";
-  const std::vector<Match> matches = aligned(before + "(", after + ")");
+  const std::vector<Pair> matches = aligned(before + "(", after + ")");
   EXPECT_GE(matches.size(), 10000U);
-  for (const Match& match : matches) ASSERT_EQ(before[match.before], after[match.after]);
+  for (const auto& [earlier, later] : matches) ASSERT_EQ(before[earlier], after[later]);
+}
+
+TEST(Align, TakesNoMemoryForRepeats) {
+  Repeats before;
+  for (int n = 0; n < 100; ++n) {
+    before.push_back(1);
+    for (int blank = 0; blank < 1000000; ++blank) before.push_back(2);
+  }
+  ASSERT_EQ(before.size(), 100000100U);
+  EXPECT_EQ(before[99], 2U);
+  EXPECT_EQ(before[1000001], 1U);
+  EXPECT_EQ(before[0], 1U);
+  const std::vector<std::uint32_t> after{1, 2, 1, 3};
+  EXPECT_THAT(pairsof(align(before, after, 4)), ElementsAre(Pair{0, 0}, Pair{1, 1}, Pair{1000001, 2}));
 }
 
 /// The length of the longest common subsequence, by its definition.
@@ -88,7 +122,7 @@ TEST(Align, AscendsWhateverTheItemsAre) {
     std::string after(random() % 30, 'a');
     for (char& item : before) item = static_cast<char>('a' + random() % 6);
     for (char& item : after) item = static_cast<char>('a' + random() % 6);
-    const std::vector<Match> matches = aligned(before, after);
+    const std::vector<Pair> matches = aligned(before, after);
     EXPECT_LE(matches.size(), longest(before, after));
     expectcommon(before, after, matches.size());
   }

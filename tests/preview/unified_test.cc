@@ -14,7 +14,14 @@ std::string numbered(int from, int to) {
   return text;
 }
 
-std::string between(const std::string& before, const std::string& after) { return unified(before, after, "a", "b"); }
+std::string between(const std::string& before, const std::string& after) {
+  std::string diff;
+  unified(before, after, "a", "b", [&](std::string_view piece) {
+    EXPECT_TRUE(piece.ends_with('\n')) << "whole lines";
+    diff += piece;
+  });
+  return diff;
+}
 
 TEST(UnifiedDiff, IsEmptyForTheSameText) {
   EXPECT_EQ(between("", ""), "");
