@@ -1,0 +1,147 @@
+// Every loop of the sources whose work is counted has a row in loops.txt: the family of files that drives it, or why
+// its turns are bounded. The blocks of the loop prove that the family does.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+
+#include "document/forget.h"
+#include "tests/growth/families.h"
+#include "tests/growth/sources.h"
+#include "tests/support/program.h"
+#include "tests/support/store.h"
+
+namespace tolvane::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int count = 1000;
+
+/// A row: the family, or the reason in parentheses, and the text of the loop's line.
+struct Row {
+  std::string driver;
+  std::string loop;
+};
+
+/// The rows of loops.txt by source.
+std::map<std::string, std::vector<Row>> rowsbysource() {
+  std::map<std::string, std::vector<Row>> rows;
+  std::string source;
+  for (const std::string& line : linesof(contents(TOLVANE_SOURCE "/tests/growth/loops.txt"))) {
+    if (line.empty() || line.starts_with('#')) continue;
+    if (!line.starts_with(' ')) {
+      source = line;
+      continue;
+    }
+    const std::size_t driver = line.find_first_not_of(' ');
+    const std::size_t gap = line.find("  ", driver);
+    const std::size_t loop = line.find_first_not_of(' ', gap);
+    if (loop == std::string::npos) throw std::runtime_error("not a row: " + line);
+    rows[source].push_back({line.substr(driver, gap - driver), line.substr(loop)});
+  }
+  return rows;
+}
+
+/// The loops of each source that has some.
+std::map<std::string, std::vector<Loop>> loopsbysource() {
+  std::map<std::string, std::vector<Loop>> result;
+  const auto add = [&](const fs::path& path) {
+    std::vector<Loop> loops = loopsof(contents(path));
+    if (!loops.empty()) result[fs::relative(path, TOLVANE_SOURCE)] = std::move(loops);
+  };
+  std::istringstream core(TOLVANE_CORE_SOURCES);
+  for (std::string source; core >> source;) add(fs::path(TOLVANE_SOURCE) / source);
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(TOLVANE_SOURCE "/src")) {
+    const bool preview = entry.path().parent_path().filename() == "preview";
+    if (!preview && entry.path().extension() == ".h") add(entry.path());
+  }
+  return result;
+}
+
+TEST(Loops, HaveARowEach) {
+  const auto rows = rowsbysource();
+  const auto sources = loopsbysource();
+  EXPECT_GT(sources.size(), 10U);
+  for (const auto& [source, loops] : sources) {
+    std::vector<std::string> texts;
+    for (const Loop& loop : loops) texts.push_back(loop.text);
+    std::vector<std::string> listed;
+    if (rows.contains(source)) {
+      for (const Row& row : rows.at(source)) listed.push_back(row.loop);
+    }
+    EXPECT_THAT(listed, testing::ElementsAreArray(texts)) << "the rows of " << source;
+  }
+  for (const auto& [source, listed] : rows) EXPECT_TRUE(sources.contains(source)) << source << " has no loop";
+}
+
+/// How often each block was entered, by the name of the family.
+using CountsByFamily = std::map<std::string, BlockCounts>;
+
+CountsByFamily runfamilies() {
+  CountsByFamily result;
+  for (const auto& families : {uniquefamilies(), duplicatedfamilies()}) {
+    for (const Family& family : families) {
+      forget();
+      countblocks();
+      testing::internal::CaptureStdout();  // a platform's warning
+      family.convert(file(family, count));
+      testing::internal::GetCapturedStdout();
+      result[family.name] = blockcounts();
+    }
+  }
+  return result;
+}
+
+/// The most entries into one block of each line, by the name of the family.
+std::map<std::string, std::map<SourceLine, std::uint64_t>> entriesbyfamily() {
+  const CountsByFamily counts = runfamilies();
+  BlockCounts all;
+  for (const auto& [family, blocks] : counts) all.insert(blocks.begin(), blocks.end());
+  const auto lines = linesofblocks(all);
+  std::map<std::string, std::map<SourceLine, std::uint64_t>> result;
+  for (const auto& [family, blocks] : counts) {
+    for (const auto& [block, entries] : blocks) {
+      if (!lines.contains(block)) continue;
+      for (const SourceLine& line : lines.at(block)) {
+        std::uint64_t& most = result[family][line];
+        most = std::max(most, entries);
+      }
+    }
+  }
+  return result;
+}
+
+class DrivenLoops : public StoreTest {};
+
+// The compiler makes one turn of four in the algorithms of the library.
+TEST_F(DrivenLoops, TakeTurnsWithTheLinesOfTheirFamily) {
+  const auto entries = entriesbyfamily();
+  auto sources = loopsbysource();
+  int driven = 0;
+  for (const auto& [source, rows] : rowsbysource()) {
+    for (std::size_t place = 0; place < rows.size() && place < sources[source].size(); ++place) {
+      const auto& [driver, text] = rows[place];
+      if (driver.starts_with('(')) continue;
+      const Loop& loop = sources[source][place];
+      ASSERT_TRUE(entries.contains(driver)) << "no family has the name " << driver;
+      std::uint64_t most = 0;
+      for (int line = loop.first; line <= loop.last; ++line) {
+        const auto found = entries.at(driver).find({source, line});
+        if (found != entries.at(driver).end()) most = std::max(most, found->second);
+      }
+      EXPECT_GE(most, count / 4) << driver << " does not drive " << source << ":" << loop.first << ": " << text;
+      ++driven;
+    }
+  }
+  EXPECT_GT(driven, 30);
+}
+
+}  // namespace
+
+}  // namespace tolvane::test
