@@ -46,6 +46,56 @@ std::vector<std::string> settings(bool behind) {
   return parts;
 }
 
+/// All those sections and all series, so that a walk through one of them within a loop over another shows.
+std::vector<std::string> everything() {
+  std::vector<std::string> parts = settings(true);
+  for (const char* part : {"[Data Servers]\n",
+                           "NetIsEther_#=a,b",
+                           "NetIsUDP_#=a,b",
+                           "[DSM-DDP]\n",
+                           "NetIsDDP_#=a",
+                           "[Net]\n",
+                           "NetIsEther_#=a~b",
+                           "NetIsUdp_#=a",
+                           "NetIsDDP_#=a",
+                           "DDPVolSet_#=a",
+                           "DDPVolumeAndUci_#=a",
+                           "[Datasets]\n",
+                           "DataSet_#=D#,d",
+                           "[DataSets]\n",
+                           "DataSet_#=COMMON",
+                           "[MagTape]\n",
+                           "Drive_#=47~/dev/x",
+                           "[Devices]\n",
+                           "Device_#=a",
+                           "[Device Sub-Types]\n",
+                           "SubType_#=C-NT CONSOLE",
+                           "[Namespace]\n",
+                           "Nsp~#=a~b",
+                           "[NamespGloMap]\n",
+                           "NspGloMap~N#~1=SYS$M",
+                           "[NamespSLM]\n",
+                           "NspSLM~N#~g~1=a",
+                           "[NamespRouMap]\n",
+                           "NspRouMap~N#~1=a~b",
+                           "[ConfigFile]\n",
+                           "key#=x",
+                           "[SqlUserDatatypes]\n",
+                           "key#=x",
+                           "[NspMap.U]\n",
+                           "GloMap_#=odd#",
+                           "GloSLM_odd#_1=x",
+                           "RouMap_#=x",
+                           "[NspMap.N#]\nGloMap_1=odd",
+                           "[Namespaces]\nNsp_1=U\n",
+                           "Nsp_>=N#",
+                           "[ZPG.Applications]\n",
+                           "ZPGApp_#=/a#"}) {
+    parts.emplace_back(part);
+  }
+  return parts;
+}
+
 // clang-format off
 const Family unique[] = {
     // Mapping sections.
@@ -83,6 +133,7 @@ const Family unique[] = {
     // Settings and sections.
     {"SettingsBefore",                 climbladder,     settings(false)},
     {"SettingsBehind",                 climbladder,     settings(true)},
+    {"Everything",                     climbladder,     everything()},
     {"HugeUnknownSection",             climbladder,     {ubuntu, "key#=x"}},
     {"UnknownSections",                climbladder,     {ubuntu, "[s#]"}},
     {"UnknownSectionsBefore",          climbladder,     {"[s<]\nkey=x", ubuntu}},
@@ -91,6 +142,7 @@ const Family unique[] = {
     {"ResetDrives",                    resetstandards,  {tru64, "Drive_<=47~/dev/nrmt0h"}},
     {"RefreshedApplications",          resetstandards,  {zpg, "ZPGApp_1=/apps/scrivel\n", "ZPGApp_>=/a#"}},
     {"RefreshedApplicationsDescending", resetstandards, {zpg, "ZPGApp_<=/a#", "ZPGApp_^=/zpg/druvelib\n"}},
+    {"ResetEverything",                resetstandards,  everything()},
     // The network ladder.
     {"LegacyGlobalMappings",           climbnetwork,    {"[NamespGloMap]\n", "NspGloMap~U~#=g~SYS$M~a~b~c~d"}},
     {"LegacyMappingsJoinMappings",     climbnetwork,    {"[NspMap.U]\n", "key#=x", "[NamespGloMap]\n", "NspGloMap~U~#=g"}},
@@ -105,12 +157,15 @@ const Family unique[] = {
     {"LegacyNamespacesJoinNamespaces", climbnetwork,    {"[Namespaces]\n", "Nsp_#=a", "[Namespace]\n", "Nsp~<=a~b~c~d~e~DRUVESQL"}},
     {"LegacyDatabases",                climbnetwork,    {"[DataSets]\n", "DataSet_#=COMMON,x,,0,P,0|DataSet_#=D,x,,0,P,0"}},
     {"LegacyDatabasesDescending",      climbnetwork,    {"[DataSets]\n", "key#=x", "DataSet_<=COMMON,x|DataSet_<=D,SYS$M SYS$C SYS$M SYS$C"}},
+    {"LegacyNetworkOfEverything",      climbnetwork,    everything()},
     // The system ladder.
     {"LegacyDevices",                  climbsystem,     {"[Devices]\n", "Device_#=a~b~c~C-NT CONSOLE", "[Device Sub-Types]\n", "SubType_<=C-NT CONSOLE"}},
     {"LegacySettingsBefore",           climbsystem,     settings(false)},
     {"LegacySettingsBehind",           climbsystem,     settings(true)},
+    {"LegacySystemOfEverything",       climbsystem,     everything()},
     // The commands.
     {"MergedSettings",                 mergepair,       settings(false)},
+    {"MergedEverything",               mergepair,       everything()},
     {"MergedMappings",                 mergepair,       {user, "GloMap_#=odd#", "[NamespGloMap]\n", "NspGloMap~USER~#=odd"}},
     {"MergedSections",                 mergepair,       {ubuntu, "[s#]"}},
     {"UpdatedSections",                runupdate,       {ubuntu, "[s#]\nkey=x"}},

@@ -75,6 +75,7 @@ std::map<std::uintptr_t, std::vector<SourceLine>> linesofblocks(const BlockCount
   for (const std::string& line : linesof(printed)) {
     if (line.starts_with("0x")) {
       block = std::stoul(line, nullptr, 16);
+      result[block] = {};
     } else if (std::regex_match(line, match, form)) {
       result[block].emplace_back(match[1], std::stoi(match[2]));
     }

@@ -27,7 +27,8 @@ std::vector<Loop> loopsof(const std::string& source);
 /// A line of a source: the part of its path from "src/" on, and its number.
 using SourceLine = std::pair<std::string, int>;
 
-/// The lines that each block belongs to: its own, and those of the calls by which it was inlined.
+/// The lines that each block belongs to: its own, and those of the calls by which it was inlined. A block
+/// of none of the sources has no lines.
 std::map<std::uintptr_t, std::vector<SourceLine>> linesofblocks(const BlockCounts& blocks);
 
 }  // namespace tolvane::test
