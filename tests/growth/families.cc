@@ -177,12 +177,14 @@ const Family unique[] = {
 };
 
 const Family duplicated[] = {
+    // Unique keys all the same: headers of one text, and mapping sections that join others again and again.
     {"HeadersOfOneText",        climbladder,  {ubuntu, "[s]"}},
     {"MergedHeadersOfOneText",  mergepair,    {ubuntu, "[s]"}},
     {"HeadersOfOneTextAside",   setaside,     {"[s]\n", "key#=x", "[s]"}},
     {"SectionsThatJoinAChain",  climbladder,  {ubuntu, "[Namespaces]\n", "Nsp_<=N#", "[NspMap.N#]\nGloMap_1=odd\n=x"}},
     {"LinesThatJoinAChain",     climbladder,  {ubuntu, "[Namespaces]\n", "Nsp_<=N#", "[NspMap.N#]\nGloMap_1=odd\n=x", "key#=x"}},
-    {"JoinedSeriesThatGoesOn",  climbladder,  {ubuntu, "[Namespaces]\n", "Nsp_#=U|Nsp_#=N@", "[NspMap.U]\n", "key#=x", "[NspMap.N#]\n=x\nGloMap_1=g\nGloMap_#=g"}},
+    {"JoinedSeriesThatGoesOn",  climbladder,  {ubuntu, "[Namespaces]\n", "Nsp_#=U|Nsp_#=N@", "[NspMap.U]\nGloMap_1=g\n", "key#=x", "[NspMap.N#]\n=x\nGloMap_1=g\nGloMap_>=g"}},
+    // Duplicate keys.
     {"MappingsOfOneNumber",     climbladder,  {user, "GloMap_1=odd#|GloMap_1=g#"}},
     {"EachMappingTwice",        climbladder,  {user, "GloMap_@=odd#|GloMap_@=g#"}},
     {"EachDroppedMappingTwice", climbladder,  {user, "GloMap_@=odd"}},
