@@ -22,7 +22,8 @@ bool comment(const std::string& line) { return line.compare(indentation(line), 2
 
 bool loops(const std::string& line) {
   static const std::regex form(
-      R"(^ .*\b((for|while) \(|std::(all_of|any_of|none_of|find|find_if|count|count_if|copy|sort|erase_if)\())");
+      R"(^ .*\b((for|while) \(|std::(ranges::)?(all_of|any_of|none_of|for_each|find|find_if|count|count_if|copy|copy_if|)"
+      R"(equal|mismatch|search|sort|stable_sort|transform|accumulate|remove_if|erase_if|unique|reverse)\())");
   return !comment(line) && std::regex_search(line, form);
 }
 
