@@ -1,5 +1,7 @@
 #include "tests/growth/families.h"
 
+#include <iterator>
+
 #include "tests/growth/conversions.h"
 
 namespace tolvane::test {
@@ -46,53 +48,41 @@ std::vector<std::string> settings(bool behind) {
   return parts;
 }
 
-/// All those sections and all series, so that a walk through one of them within a loop over another shows.
+// clang-format off
+constexpr const char* netseries[] = {
+    "NetIsEther_#=a~b", "NetIsUdp_#=a", "NetIsDDP_#=a", "DDPVolSet_#=a", "DDPVolumeAndUci_#=a",
+};
+
+constexpr const char* otherseries[] = {
+    "[ConfigFile]\n",         "key#=x",
+    "[SqlUserDatatypes]\n",   "key#=x",
+    "[Data Servers]\n",       "NetIsEther_#=a,b", "NetIsUDP_#=a,b",
+    "[Datasets]\n",           "DataSet_#=D#,d",
+    "[DataSets]\n",           "DataSet_#=COMMON",
+    "[MagTape]\n",            "Drive_#=47~/dev/x",
+    "[Devices]\n",            "Device_#=a",
+    "[Device Sub-Types]\n",   "SubType_#=C-NT CONSOLE",
+    "[Namespace]\n",          "Nsp~#=a~b",
+    "[NamespGloMap]\n",       "NspGloMap~N#~1=SYS$M",
+    "[NamespSLM]\n",          "NspSLM~N#~g~1=a",
+    "[NamespRouMap]\n",       "NspRouMap~N#~1=a~b",
+    "[NspMap.U]\n",           "GloMap_#=odd#", "GloSLM_odd#_1=x", "RouMap_#=x",
+    "[NspMap.N#]\nGloMap_1=odd",
+    "[Namespaces]\nNsp_1=U\n", "Nsp_>=N#",
+    "[ZPG.Applications]\n",   "ZPGApp_#=/a#",
+};
+// clang-format on
+
+/// Those sections and all series, each in the first section of its header.
 std::vector<std::string> everything() {
-  std::vector<std::string> parts = settings(true);
-  for (const char* part : {"[Data Servers]\n",
-                           "NetIsEther_#=a,b",
-                           "NetIsUDP_#=a,b",
-                           "[DSM-DDP]\n",
-                           "NetIsDDP_#=a",
-                           "[Net]\n",
-                           "NetIsEther_#=a~b",
-                           "NetIsUdp_#=a",
-                           "NetIsDDP_#=a",
-                           "DDPVolSet_#=a",
-                           "DDPVolumeAndUci_#=a",
-                           "[Datasets]\n",
-                           "DataSet_#=D#,d",
-                           "[DataSets]\n",
-                           "DataSet_#=COMMON",
-                           "[MagTape]\n",
-                           "Drive_#=47~/dev/x",
-                           "[Devices]\n",
-                           "Device_#=a",
-                           "[Device Sub-Types]\n",
-                           "SubType_#=C-NT CONSOLE",
-                           "[Namespace]\n",
-                           "Nsp~#=a~b",
-                           "[NamespGloMap]\n",
-                           "NspGloMap~N#~1=SYS$M",
-                           "[NamespSLM]\n",
-                           "NspSLM~N#~g~1=a",
-                           "[NamespRouMap]\n",
-                           "NspRouMap~N#~1=a~b",
-                           "[ConfigFile]\n",
-                           "key#=x",
-                           "[SqlUserDatatypes]\n",
-                           "key#=x",
-                           "[NspMap.U]\n",
-                           "GloMap_#=odd#",
-                           "GloSLM_odd#_1=x",
-                           "RouMap_#=x",
-                           "[NspMap.N#]\nGloMap_1=odd",
-                           "[Namespaces]\nNsp_1=U\n",
-                           "Nsp_>=N#",
-                           "[ZPG.Applications]\n",
-                           "ZPGApp_#=/a#"}) {
-    parts.emplace_back(part);
+  std::vector<std::string> parts;
+  for (const std::string& part : settings(true)) {
+    parts.push_back(part);
+    if (part == "[Com]\n") parts.emplace_back("COM#:=x");
+    if (part == "[DSM-DDP]\n") parts.emplace_back("NetIsDDP_#=a");
+    if (part == "[Net]\n") parts.insert(parts.end(), std::begin(netseries), std::end(netseries));
   }
+  parts.insert(parts.end(), std::begin(otherseries), std::end(otherseries));
   return parts;
 }
 

@@ -101,13 +101,17 @@ std::set<std::string> quoted(const std::string& form) {
   return result;
 }
 
-/// How many lines of the family stand in sections whose header begins so.
+/// How many lines of the family stand in its first section whose header begins so, and in those right behind.
 int linesin(const Family& family, const std::string& header) {
   int result = 0;
   bool inside = false;
   for (const std::string& line : linesof(file(family, count))) {
-    if (line.starts_with('[')) inside = line.starts_with(header);
-    result += inside && !line.starts_with('[') ? 1 : 0;
+    if (line.starts_with('[')) {
+      if (result > 0 && !line.starts_with(header)) break;
+      inside = line.starts_with(header);
+    } else if (inside) {
+      ++result;
+    }
   }
   return result;
 }
