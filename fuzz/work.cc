@@ -2,8 +2,8 @@
 
 #include <link.h>
 
+#include <algorithm>
 #include <cstddef>
-#include <vector>
 
 // The linker's names for the ends of the program's code.
 extern "C" const char __executable_start;
@@ -12,12 +12,17 @@ extern "C" const char etext;
 namespace {
 
 std::uint64_t blocks = 0;
-std::vector<std::uint64_t> counts;  // by address from the start of the program on, empty unless they are asked for
+// By address from the start of the program on, null until they are asked for. Never freed: destructors at the end of
+// the program enter blocks, too.
+std::uint64_t* counts = nullptr;
+
+std::size_t codesize() { return static_cast<std::size_t>(&etext - &__executable_start); }
 
 void enter(const void* address) {
   ++blocks;
+  if (counts == nullptr) return;
   const auto place = static_cast<std::size_t>(static_cast<const char*>(address) - &__executable_start);
-  if (place < counts.size()) ++counts[place];
+  if (place < codesize()) ++counts[place];
 }
 
 /// How far from its addresses in the file the program was loaded.
@@ -45,12 +50,16 @@ extern "C" void __sanitizer_cov_trace_pc() { enter(__builtin_return_address(0));
 
 std::uint64_t tolvane::workdone() { return blocks; }
 
-void tolvane::countblocks() { counts.assign(static_cast<std::size_t>(&etext - &__executable_start), 0); }
+void tolvane::countblocks() {
+  if (counts == nullptr) counts = new std::uint64_t[codesize()];
+  std::fill_n(counts, codesize(), 0);
+}
 
 tolvane::BlockCounts tolvane::blockcounts() {
   const std::uintptr_t first = reinterpret_cast<std::uintptr_t>(&__executable_start) - displacement();
   BlockCounts result;
-  for (std::size_t place = 0; place < counts.size(); ++place) {
+  if (counts == nullptr) return result;
+  for (std::size_t place = 0; place < codesize(); ++place) {
     // The address is where the block goes on behind the call; the byte before belongs to the call.
     if (counts[place] != 0) result[first + place - 1] = counts[place];
   }

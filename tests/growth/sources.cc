@@ -4,11 +4,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <memory>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 
@@ -20,11 +22,23 @@ std::size_t indentation(const std::string& line) { return std::min(line.find_fir
 
 bool comment(const std::string& line) { return line.compare(indentation(line), 2, "//") == 0; }
 
+constexpr const char* loopwords[] = {
+    "for (",         "while (",           "std::accumulate(", "std::all_of(",    "std::any_of(",   "std::copy(",
+    "std::copy_if(", "std::count(",       "std::count_if(",   "std::equal(",     "std::erase_if(", "std::find(",
+    "std::find_if(", "std::for_each(",    "std::none_of(",    "std::remove_if(", "std::reverse(",  "std::search(",
+    "std::sort(",    "std::stable_sort(", "std::transform(",  "std::unique(",    "std::ranges::",
+};
+
+/// Whether the line has the word, and that not as the end of another one.
+bool has(const std::string& line, const std::string& word) {
+  const std::size_t place = line.find(word);
+  return place != std::string::npos && place > 0 && std::isalnum(static_cast<unsigned char>(line[place - 1])) == 0;
+}
+
+/// Whether a loop begins in the line. What is not indented declares or defines a procedure.
 bool loops(const std::string& line) {
-  static const std::regex form(
-      R"(^ .*\b((for|while) \(|std::(ranges::)?(all_of|any_of|none_of|for_each|find|find_if|count|count_if|copy|copy_if|)"
-      R"(equal|mismatch|search|sort|stable_sort|transform|accumulate|remove_if|erase_if|unique|reverse)\())");
-  return !comment(line) && std::regex_search(line, form);
+  return line.starts_with(' ') && !comment(line) &&
+         std::any_of(std::begin(loopwords), std::end(loopwords), [&](const char* word) { return has(line, word); });
 }
 
 /// What a command line prints.
@@ -69,16 +83,14 @@ std::map<std::uintptr_t, std::vector<SourceLine>> linesofblocks(const BlockCount
   const std::string printed = printedby("addr2line -aie '" + program.string() + "' < '" + addresses.string() + "'");
   std::filesystem::remove(addresses);
 
-  static const std::regex form(R"(.*/(src/[^:]+):(\d+).*)");
   std::map<std::uintptr_t, std::vector<SourceLine>> result;
   std::uintptr_t block = 0;
-  std::smatch match;
   for (const std::string& line : linesof(printed)) {
     if (line.starts_with("0x")) {
       block = std::stoul(line, nullptr, 16);
       result[block] = {};
-    } else if (std::regex_match(line, match, form)) {
-      result[block].emplace_back(match[1], std::stoi(match[2]));
+    } else if (const std::size_t source = line.rfind("/src/"), colon = line.rfind(':'); source < colon) {
+      result[block].emplace_back(line.substr(source + 1, colon - source - 1), std::atoi(&line[colon + 1]));
     }
   }
   return result;
