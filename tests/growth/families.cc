@@ -107,6 +107,16 @@ const Family unique[] = {
     {"NamespacesOfDroppedMappings",    climbladder,     {ubuntu, "[Namespaces]\n", "Nsp_#=N#", "[NspMap.N#]\nGloMap_1=odd"}},
     {"NamespacesThatJoinTheList",      climbladder,     {ubuntu, "[Namespaces]\nNsp_1=N1\n", "[NspMap.N#]\n=x\nGloMap_1=g\nNsp_>=N>"}},
     {"NamespacesThatJoinOneSection",   climbladder,     {ubuntu, "[Namespaces]\n", "Nsp_#=U|Nsp_#=N@", "[NspMap.U]\n", "key#=x", "[NspMap.N#]\nGloMap_1=odd\n=x"}},
+    {"SectionsThatJoinAChain",          climbladder,     {ubuntu, "[Namespaces]\n", "Nsp_<=N#", "[NspMap.N#]\nGloMap_1=odd\n=x"}},
+    {"LinesThatJoinAChain",             climbladder,     {ubuntu, "[Namespaces]\n", "Nsp_<=N#", "[NspMap.N#]\nGloMap_1=odd\n=x", "key#=x"}},
+    {"JoinedSeriesThatGoesOn",          climbladder,     {ubuntu, "[Namespaces]\n", "Nsp_#=U|Nsp_#=N@", "[NspMap.U]\nGloMap_1=g\n", "key#=x", "[NspMap.N#]\n=x\nGloMap_1=g\nGloMap_>=g"}},
+    {"SectionsThatStay",               climbladder,     {ubuntu, "[Namespaces]\n", "Nsp_#=N#", "[NspMap.N#]\nGloMap_1=g"}},
+    {"LargeSectionThatJoins",          climbladder,     {ubuntu, "[Namespaces]\nNsp_1=V\n", "[NspMap.U]\n", "GloMap_#=g", "[NspMap.V]\n=x\n", "GloMap_#=g"}},
+    {"HiddenMappingsThatJoin",         climbladder,     {ubuntu, "[Namespaces]\nNsp_1=V\n", "[NspMap.U]\n", "GloMap_#=g", "GloSLM_g#_1=x", "[NspMap.V]\n=x\nGloMap_1=g\n", "GloMap_>=g"}},
+    // Headers of one text.
+    {"HeadersOfOneText",                climbladder,     {ubuntu, "[s]"}},
+    {"MergedHeadersOfOneText",          mergepair,       {ubuntu, "[s]"}},
+    {"HeadersOfOneTextAside",           setaside,        {"[s]\n", "key#=x", "[s]"}},
     // Other series of the main ladder.
     {"Databases",                      climbladder,     {datasets, "DataSet_#=D#,d,,0,P,0,0"}},
     {"DatabasesDescending",            climbladder,     {datasets, "DataSet_<=D#,d,,0,P,0,0"}},
@@ -167,14 +177,6 @@ const Family unique[] = {
 };
 
 const Family duplicated[] = {
-    // Unique keys all the same: headers of one text, and mapping sections that join others again and again.
-    {"HeadersOfOneText",        climbladder,  {ubuntu, "[s]"}},
-    {"MergedHeadersOfOneText",  mergepair,    {ubuntu, "[s]"}},
-    {"HeadersOfOneTextAside",   setaside,     {"[s]\n", "key#=x", "[s]"}},
-    {"SectionsThatJoinAChain",  climbladder,  {ubuntu, "[Namespaces]\n", "Nsp_<=N#", "[NspMap.N#]\nGloMap_1=odd\n=x"}},
-    {"LinesThatJoinAChain",     climbladder,  {ubuntu, "[Namespaces]\n", "Nsp_<=N#", "[NspMap.N#]\nGloMap_1=odd\n=x", "key#=x"}},
-    {"JoinedSeriesThatGoesOn",  climbladder,  {ubuntu, "[Namespaces]\n", "Nsp_#=U|Nsp_#=N@", "[NspMap.U]\nGloMap_1=g\n", "key#=x", "[NspMap.N#]\n=x\nGloMap_1=g\nGloMap_>=g"}},
-    // Duplicate keys.
     {"MappingsOfOneNumber",     climbladder,  {user, "GloMap_1=odd#|GloMap_1=g#"}},
     {"EachMappingTwice",        climbladder,  {user, "GloMap_@=odd#|GloMap_@=g#"}},
     {"EachDroppedMappingTwice", climbladder,  {user, "GloMap_@=odd"}},

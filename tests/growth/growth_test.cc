@@ -66,8 +66,9 @@ std::uint64_t countlines(const std::string& file) {
   return static_cast<std::uint64_t>(std::count(file.begin(), file.end(), '\n'));
 }
 
-/// What each line may cost: the steps look at it some hundred times and change it in several.
-std::uint64_t proportional(std::uint64_t lines) { return 200000 + 4000 * lines; }
+/// What each line may cost: the steps look at it some hundred times, at some of its fields character by character, and
+/// change it in several.
+std::uint64_t proportional(std::uint64_t lines) { return 200000 + 6000 * lines; }
 
 class Growth : public StoreTest, public testing::WithParamInterface<Family> {};
 class GrowthOfUnique : public Growth {};
