@@ -10,9 +10,9 @@ namespace tolvane {
 namespace {
 
 /// What the steps add to a file at most, unless they rewrite many lines.
-constexpr std::size_t added = 16384;
+constexpr std::size_t growth = 16384;
 
-std::string result(const Original& original) { return contents(original.size() + added); }
+std::string result(const Original& original) { return contents(original.size() + growth); }
 
 }  // namespace
 

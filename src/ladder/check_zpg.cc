@@ -10,8 +10,8 @@ namespace tolvane {
 
 namespace {
 
-constexpr std::string_view section = "[ZPG.Applications]";
-constexpr std::string_view prefix = "ZPGApp_";
+constexpr std::string_view zpgsection = "[ZPG.Applications]";
+constexpr std::string_view zpgprefix = "ZPGApp_";
 
 /// The standard applications.
 constexpr std::string_view zpg[] = {
@@ -32,12 +32,13 @@ constexpr std::string_view zpgdel[] = {
 
 bool addstandard(bool refresh) {
   bool changed = false;
-  std::vector<Line*> applications = series(find(section), prefix);
+  std::vector<Line*> applications = series(find(zpgsection), zpgprefix);
   for (const std::string_view standard : zpg) {
     const Place place = locate(applications, firstfield(standard, ','));
     if (place.line == nullptr) {
-      savenumbered(section, prefix, place.number, standard);
-      applications = series(find(section), prefix);  // perhaps with what stood behind the gap that this one filled
+      savenumbered(zpgsection, zpgprefix, place.number, standard);
+      applications =
+          series(find(zpgsection), zpgprefix);  // perhaps with what stood behind the gap that this one filled
     } else if (refresh && valueof(*place.line) != standard) {
       rewrite(*place.line, keyof(*place.line), standard);
     } else {
@@ -80,7 +81,7 @@ bool repair(Line& line) {
 
 bool repairall() {
   bool changed = false;
-  for (Line* const line : series(find(section), prefix)) changed |= repair(*line);
+  for (Line* const line : series(find(zpgsection), zpgprefix)) changed |= repair(*line);
   return changed;
 }
 
@@ -88,10 +89,10 @@ bool repairall() {
 using Applications = std::multimap<int, Line*>;
 
 Applications numberedapplications() {
-  const int count = countseries(section, prefix);
+  const int count = countseries(zpgsection, zpgprefix);
   Applications applications;
-  for (Line* line = below(find(section)); line != nullptr; line = nextinsection(line)) {
-    const int number = numberof(*line, prefix);
+  for (Line* line = below(find(zpgsection)); line != nullptr; line = nextinsection(line)) {
+    const int number = numberof(*line, zpgprefix);
     if (number != 0 && number <= count) applications.emplace(number, line);
   }
   return applications;
@@ -118,9 +119,9 @@ void renumber(Applications& applications) {
     if (newnumber != number) {
       const auto duplicate = applications.lower_bound(newnumber);
       if (duplicate->first == newnumber) {
-        rewrite(*duplicate->second, Text(prefix, newnumber), valueof(*line));
+        rewrite(*duplicate->second, Text(zpgprefix, newnumber), valueof(*line));
       } else {
-        appendentry(end, section, Text(prefix, newnumber), valueof(*line));
+        appendentry(end, zpgsection, Text(zpgprefix, newnumber), valueof(*line));
       }
       discard(line);
       applications.erase(place);

@@ -11,7 +11,7 @@ namespace tolvane {
 
 namespace {
 
-constexpr std::string_view prefix = "GloMap_";
+constexpr std::string_view mappingprefix = "GloMap_";
 constexpr std::string_view subscriptprefix = "GloSLM_";
 
 /// The global of a mapping: field 1.
@@ -97,13 +97,13 @@ void closegap(Mappings& mappings, std::size_t gap, std::size_t& shift) {
 }
 
 void renumber(const Mapping& mapping, std::size_t number) {
-  if (mapping.number != number) settext(*mapping.line, Text(prefix, number, '=', valueof(*mapping.line)));
+  if (mapping.number != number) settext(*mapping.line, Text(mappingprefix, number, '=', valueof(*mapping.line)));
 }
 
 }  // namespace
 
 void addline(Mappings& mappings, Line& line, std::size_t place) {
-  if (const auto number = static_cast<std::size_t>(numberof(line, prefix))) {
+  if (const auto number = static_cast<std::size_t>(numberof(line, mappingprefix))) {
     add(mappings, number, {place, &line, number, isdropped(line)});
   } else if (line.text().view().starts_with(subscriptprefix)) {
     mappings.subscripts.try_emplace({keyof(line), place}, &line);

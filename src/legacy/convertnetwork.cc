@@ -181,18 +181,18 @@ void network312() {
   changeinsection("[Namespaces]", 7, ',', "VELMTEMP");
 }
 
-constexpr Step steps[] = {
+constexpr Step networksteps[] = {
     {"2.04", network204, "a second field for Ethernet servers"},
     {"3.0",  network30,  "the system directory"               },
     {"3.11", network311, "databases of the server"            },
     {"3.12", network312, "the sections of the newer layout"   },
 };
 
-static_assert(ascends(steps));
+static_assert(ascends(networksteps));
 
 }  // namespace
 
-const std::span<const Step> networkladder = steps;
+const std::span<const Step> networkladder = networksteps;
 
 void convertnetwork(std::string_view version) { climb("network", networkladder, version); }
 

@@ -79,7 +79,7 @@ void system312() {
   editentry("[config]", "nlstab", size.empty() ? "0" : size.view());
 }
 
-constexpr Step steps[] = {
+constexpr Step systemsteps[] = {
     {"2.02", system202, "network directory table"                           },
     {"2.1",  system21,  "startup system, communication, terminal types"     },
     {"3.0",  system30,  "heap size, name of the VMS family"                 },
@@ -88,11 +88,11 @@ constexpr Step steps[] = {
     {"3.12", system312, "console log, terminal memory, what became obsolete"},
 };
 
-static_assert(ascends(steps));
+static_assert(ascends(systemsteps));
 
 }  // namespace
 
-const std::span<const Step> systemladder = steps;
+const std::span<const Step> systemladder = systemsteps;
 
 void convertsystem(std::string_view version) { climb("system", systemladder, version); }
 

@@ -130,11 +130,11 @@ void unified(std::string_view before, std::string_view after, std::string_view n
   Lines earlier{before};
   Lines later{after};
   for (std::size_t first = 0; first < found.size();) {
-    std::size_t last = first;
-    while (last + 1 < found.size() && found[last + 1].before - found[last].beforeend <= 2 * context) ++last;
-    const Hunk hunk{std::span(found).subspan(first, last + 1 - first), lines - found[last].beforeend};
+    std::size_t back = first;
+    while (back + 1 < found.size() && found[back + 1].before - found[back].beforeend <= 2 * context) ++back;
+    const Hunk hunk{std::span(found).subspan(first, back + 1 - first), lines - found[back].beforeend};
     write(hunk, earlier, later, output);
-    first = last + 1;
+    first = back + 1;
   }
   output.flush();
 }

@@ -112,7 +112,7 @@ const Family unique[] = {
     {"JoinedSeriesThatGoesOn",          climbladder,     {ubuntu, "[Namespaces]\n", "Nsp_#=U|Nsp_#=N@", "[NspMap.U]\nGloMap_1=g\n", "key#=x", "[NspMap.N#]\n=x\nGloMap_1=g\nGloMap_>=g"}},
     {"SectionsThatStay",               climbladder,     {ubuntu, "[Namespaces]\n", "Nsp_#=N#", "[NspMap.N#]\nGloMap_1=g"}},
     {"LargeSectionThatJoins",          climbladder,     {ubuntu, "[Namespaces]\nNsp_1=V\n", "[NspMap.U]\n", "GloMap_#=g", "[NspMap.V]\n=x\n", "GloMap_#=g"}},
-    {"HiddenMappingsThatJoin",         climbladder,     {ubuntu, "[Namespaces]\nNsp_1=V\n", "[NspMap.U]\n", "GloMap_#=g", "GloSLM_g#_1=x", "[NspMap.V]\n=x\nGloMap_1=g\n", "GloMap_>=g"}},
+    {"HiddenMappingsThatJoin",         climbladder,     {ubuntu, "[Namespaces]\nNsp_1=V\n", "[NspMap.U]\n", "GloMap_#=g", "GloSLM_g#_1=x", "[NspMap.V]\n=x\nGloMap_1=g\n", "GloMap_9#=g"}},
     // Headers of one text.
     {"HeadersOfOneText",                climbladder,     {ubuntu, "[s]"}},
     {"MergedHeadersOfOneText",          mergepair,       {ubuntu, "[s]"}},
