@@ -4,10 +4,10 @@ namespace tolvane::test {
 
 namespace {
 
-const std::string version = "[ConfigFile]\nVersion=any\n";
-
 class Fdbms : public ProgramTest {
  protected:
+  static inline const std::string version = "[ConfigFile]\nVersion=any\n";
+
   /// The file after the database was added to one of the version and these lines.
   std::string added(const std::string& lines) {
     write(folder / "f.qpx", version + lines);

@@ -11,13 +11,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string old = "[ConfigFile]\nVersion=5.44\n\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.44\n";
-const std::string converted = "[ConfigFile]\nVersion=5.45\n\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.45\n";
-
 constexpr std::size_t megabyte = 1U << 20U;
 
 class LargeFiles : public ProgramTest {
  protected:
+  static inline const std::string old =
+      "[ConfigFile]\nVersion=5.44\n\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.44\n";
+  static inline const std::string converted =
+      "[ConfigFile]\nVersion=5.45\n\n[config]\noverview=X86-64(Ubuntu Linux)~UNIX~5.45\n";
+
   /// The file "a", converted, continues with that many characters in lines of 511.
   void expectsplit(std::size_t characters) const {
     std::ifstream file(folder / "a", std::ios::binary);

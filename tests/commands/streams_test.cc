@@ -7,11 +7,11 @@ namespace tolvane::test {
 
 namespace {
 
-const std::string old = "[ConfigFile]\nVersion=5.44\n\n[config]\noverview=HP/UX~Unix~5.44\n";
-const std::string converted = "[ConfigFile]\nVersion=5.45\n\n[config]\noverview=HP/UX~Unix~5.45\n";
-
 class Streams : public ProgramTest {
  protected:
+  static inline const std::string old = "[ConfigFile]\nVersion=5.44\n\n[config]\noverview=HP/UX~Unix~5.44\n";
+  static inline const std::string converted = "[ConfigFile]\nVersion=5.45\n\n[config]\noverview=HP/UX~Unix~5.45\n";
+
   Streams() { write(folder / "a", old); }
 
   /// Runs the program by a line of the shell in which "$@" is its command line.

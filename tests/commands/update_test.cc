@@ -6,14 +6,13 @@ namespace tolvane::test {
 
 namespace {
 
-const std::string platform = "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~";
-
-/// A file that only the last step changes.
-const std::string old = "[ConfigFile]\nVersion=5.44\n\n" + platform + "5.44\nrbufsiz=1\n";
-const std::string converted = "[ConfigFile]\nVersion=5.45\n\n" + platform + "5.45\n";
-
 class Update : public ProgramTest {
  protected:
+  static inline const std::string platform = "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~";
+  /// A file that only the last step changes.
+  static inline const std::string old = "[ConfigFile]\nVersion=5.44\n\n" + platform + "5.44\nrbufsiz=1\n";
+  static inline const std::string converted = "[ConfigFile]\nVersion=5.45\n\n" + platform + "5.45\n";
+
   [[nodiscard]] Outcome update(std::string_view text) const {
     write(folder / "a.qpx", text);
     return run({"update", "a.qpx"});

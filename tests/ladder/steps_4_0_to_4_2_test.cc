@@ -117,18 +117,18 @@ TEST_F(Step41, DeletesReserveper) {
 }
 
 /// What step "4.1" makes of the lock table and the heap.
-std::string locktable(const std::string& lines) {
+std::string locktable41(const std::string& lines) {
   const std::string result = config("4.1", "globals=1\nttysiz=3750\n" + lines);
   return result.substr(result.find("ttysiz=3750\n") + 12);
 }
 
 TEST_F(Step41, TriplesTheLockTableAndGrowsTheHeapIn32Bits) {
-  EXPECT_EQ(locktable("locksiz=100000\ngmheap=1000\n"), "locksiz=300000\ngmheap=1293\n");
-  EXPECT_EQ(locktable("gmheap=1000 kb\n"), "gmheap=1000\n");
-  EXPECT_EQ(locktable("locksiz=1\n"), "locksiz=3\n");
-  EXPECT_EQ(locktable("locksiz=683\ngmheap=5\n"), "locksiz=2049\ngmheap=8\n") << "a kilobyte that is begun counts";
-  EXPECT_EQ(locktable("locksiz=1431655766\ngmheap=5\n"), "locksiz=2\ngmheap=6\n");
-  EXPECT_EQ(locktable("locksiz=715827882\ngmheap=5\n"), "locksiz=2147483646\ngmheap=-2097146\n");
+  EXPECT_EQ(locktable41("locksiz=100000\ngmheap=1000\n"), "locksiz=300000\ngmheap=1293\n");
+  EXPECT_EQ(locktable41("gmheap=1000 kb\n"), "gmheap=1000\n");
+  EXPECT_EQ(locktable41("locksiz=1\n"), "locksiz=3\n");
+  EXPECT_EQ(locktable41("locksiz=683\ngmheap=5\n"), "locksiz=2049\ngmheap=8\n") << "a kilobyte that is begun counts";
+  EXPECT_EQ(locktable41("locksiz=1431655766\ngmheap=5\n"), "locksiz=2\ngmheap=6\n");
+  EXPECT_EQ(locktable41("locksiz=715827882\ngmheap=5\n"), "locksiz=2147483646\ngmheap=-2097146\n");
 }
 
 TEST_F(Step41, FixesSamplesAndWebApplications) {

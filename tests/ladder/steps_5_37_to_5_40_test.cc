@@ -9,23 +9,23 @@ class Step539 : public StoreTest {};
 class Step540 : public StoreTest {};
 
 /// "[config]" after step "5.37", the console log given.
-std::string config(const std::string& lines) {
+std::string config537(const std::string& lines) {
   const std::string head = "[Startup]\nmaxconsolelogsize=1\n[config]\n";
   return behind(head, converted("5.37", "[Startup]\nmaxconsolelogsize=1048576\n[config]\n" + lines));
 }
 
 TEST_F(Step537, CountsRoutineBuffersInKilobytesIn64Bits) {
-  EXPECT_EQ(config("routines=100,2\nrbufsiz=32\n"), "routines=3\nrbufsiz=32\n");
-  EXPECT_EQ(config("routines=-100\nrbufsiz=32\n"), "routines=-3\nrbufsiz=32\n");
-  EXPECT_EQ(config("routines=3000000000\nrbufsiz=3000000000\n"), "routines=8789062500000000\nrbufsiz=3000000000\n");
+  EXPECT_EQ(config537("routines=100,2\nrbufsiz=32\n"), "routines=3\nrbufsiz=32\n");
+  EXPECT_EQ(config537("routines=-100\nrbufsiz=32\n"), "routines=-3\nrbufsiz=32\n");
+  EXPECT_EQ(config537("routines=3000000000\nrbufsiz=3000000000\n"), "routines=8789062500000000\nrbufsiz=3000000000\n");
   // (2^63 - 1) * 2 wraps to -2, and that divided by 1024 is 0.
-  EXPECT_EQ(config("routines=9223372036854775807\nrbufsiz=2\n"), "routines=0\nrbufsiz=2\n");
+  EXPECT_EQ(config537("routines=9223372036854775807\nrbufsiz=2\n"), "routines=0\nrbufsiz=2\n");
 }
 
 TEST_F(Step537, Takes32ForABufferSizeThatSaysNothing) {
-  EXPECT_EQ(config("routines=512\n"), "routines=16\n");
-  EXPECT_EQ(config("routines=512\nrbufsiz=0\n"), "routines=16\nrbufsiz=0\n");
-  EXPECT_EQ(config("routines=512\nrbufsiz=x\n"), "routines=16\nrbufsiz=x\n");
+  EXPECT_EQ(config537("routines=512\n"), "routines=16\n");
+  EXPECT_EQ(config537("routines=512\nrbufsiz=0\n"), "routines=16\nrbufsiz=0\n");
+  EXPECT_EQ(config537("routines=512\nrbufsiz=x\n"), "routines=16\nrbufsiz=x\n");
 }
 
 TEST_F(Step537, CountsTheConsoleLogInMegabytes) {
@@ -46,7 +46,7 @@ TEST_F(Step537, DeletesTheImplheapThatStep536HasSet) {
   EXPECT_EQ(converted("5.37", before), "[Startup]\nmaxconsolelogsize=0\n[config]\nroutines=0\nlocksiz=1179648\n");
 }
 
-TEST_F(Step537, DeletesImplheap) { EXPECT_EQ(config("implheap=131072\nroutines=0\n"), "routines=0\n"); }
+TEST_F(Step537, DeletesImplheap) { EXPECT_EQ(config537("implheap=131072\nroutines=0\n"), "routines=0\n"); }
 
 TEST_F(Step539, AppendsTheDirectoriesToTheJournalSection) {
   EXPECT_EQ(converted("5.39", "[Journal]\nCurrentDirectory=/j/\n[A]\n"),

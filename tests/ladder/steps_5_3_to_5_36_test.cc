@@ -108,7 +108,7 @@ TEST_F(Step535, TakesResidentMemorysSecondFieldIfItHasOne) {
 }
 
 /// "[config]" after step "5.36", but for the heap.
-std::string locktable(const std::string& lines) {
+std::string locktable536(const std::string& lines) {
   const std::string head = "[config]\nimplheap=131072\n";
   return behind(head, converted("5.36", "[config]\nimplheap=,131072\n" + lines));
 }
@@ -122,23 +122,23 @@ TEST_F(Step536, TakesImplheapsSecondFieldWhetherItHasOneOrNot) {
 }
 
 TEST_F(Step536, MovesTheLockTablesShortfallIntoGmheapIn32Bits) {
-  EXPECT_EQ(locktable("locksiz=1048576\ngmheap=3000\n"), "locksiz=1179648\ngmheap=3128\n");
-  EXPECT_EQ(locktable("locksiz=1179647\ngmheap=3000 kb\n"), "locksiz=1179648\ngmheap=3000\n");
-  EXPECT_EQ(locktable("locksiz=x\ngmheap=0\n"), "locksiz=1179648\ngmheap=1152\n");
+  EXPECT_EQ(locktable536("locksiz=1048576\ngmheap=3000\n"), "locksiz=1179648\ngmheap=3128\n");
+  EXPECT_EQ(locktable536("locksiz=1179647\ngmheap=3000 kb\n"), "locksiz=1179648\ngmheap=3000\n");
+  EXPECT_EQ(locktable536("locksiz=x\ngmheap=0\n"), "locksiz=1179648\ngmheap=1152\n");
   // 1179648 + 2147483648 wraps to -2146304000, and that divided by 1024 is -2096000.
-  EXPECT_EQ(locktable("locksiz=-2147483648\ngmheap=0\n"), "locksiz=1179648\ngmheap=-2096000\n");
+  EXPECT_EQ(locktable536("locksiz=-2147483648\ngmheap=0\n"), "locksiz=1179648\ngmheap=-2096000\n");
 }
 
 TEST_F(Step536, AddsAMissingGmheapAndRaisesASmallOneBesideAMissingLockTable) {
-  EXPECT_EQ(locktable("locksiz=1\n"), "locksiz=1179648\ngmheap=3200\n");
-  EXPECT_EQ(locktable(""), "locksiz=1179648\ngmheap=3200\n");
-  EXPECT_EQ(locktable("gmheap=3199\n"), "gmheap=3200\nlocksiz=1179648\n");
-  EXPECT_EQ(locktable("gmheap=3201 kb\n"), "gmheap=3201 kb\nlocksiz=1179648\n");
+  EXPECT_EQ(locktable536("locksiz=1\n"), "locksiz=1179648\ngmheap=3200\n");
+  EXPECT_EQ(locktable536(""), "locksiz=1179648\ngmheap=3200\n");
+  EXPECT_EQ(locktable536("gmheap=3199\n"), "gmheap=3200\nlocksiz=1179648\n");
+  EXPECT_EQ(locktable536("gmheap=3201 kb\n"), "gmheap=3201 kb\nlocksiz=1179648\n");
 }
 
 TEST_F(Step536, LeavesALargeLockTableAlone) {
-  EXPECT_EQ(locktable("locksiz=1179648\ngmheap=1\n"), "locksiz=1179648\ngmheap=1\n");
-  EXPECT_EQ(locktable("locksiz=2000000\n"), "locksiz=2000000\n");
+  EXPECT_EQ(locktable536("locksiz=1179648\ngmheap=1\n"), "locksiz=1179648\ngmheap=1\n");
+  EXPECT_EQ(locktable536("locksiz=2000000\n"), "locksiz=2000000\n");
 }
 
 TEST_F(Step536, LosesTheImplheapThatStep535HasKept) {

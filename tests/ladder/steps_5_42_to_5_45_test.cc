@@ -40,7 +40,7 @@ TEST_F(Step542, NeedsServersOrAHost) {
 const std::string types = "[SqlSysDatatypes]\nSMALLDATETIME=%Library.TimeStamp\nSYSNAME=%Library.String(MAXLEN=128)\n";
 
 /// "[config]" after step "5.43" for a platform of that family.
-std::string config(const std::string& family, const std::string& lines) {
+std::string config543(const std::string& family, const std::string& lines) {
   const std::string head = types + "[config]\noverview=A~" + family + "\n";
   return behind(head, converted("5.43", "[SqlSysDatatypes]\n[config]\noverview=A~" + family + "\n" + lines));
 }
@@ -58,36 +58,36 @@ TEST_F(Step543, ChangesOnlyTheLoginNamespaceAndTwoDataTypesOnUnix) {
 }
 
 TEST_F(Step543, LeavesRoutineBuffersAloneExceptOnVms) {
-  EXPECT_EQ(config("UNIX", "rbufsiz=8\n"), "rbufsiz=8\n");
-  EXPECT_EQ(config("OpenVMS", "rbufsiz=8\n"), "rbufsiz=8\n");
+  EXPECT_EQ(config543("UNIX", "rbufsiz=8\n"), "rbufsiz=8\n");
+  EXPECT_EQ(config543("OpenVMS", "rbufsiz=8\n"), "rbufsiz=8\n");
 }
 
 TEST_F(Step543, ScalesRoutinesByTheOldBufferSize) {
-  EXPECT_EQ(config("VMS", "rbufsiz=8\nroutines=100\n"), "rbufsiz=32\nroutines=400\n");
-  EXPECT_EQ(config("VMS", "rbufsiz=31\nroutines=1000,7\n"), "rbufsiz=32\nroutines=1032\n");
-  EXPECT_EQ(config("VMS", "rbufsiz=x\nroutines=100\n"), "rbufsiz=32\nroutines=100\n");
-  EXPECT_EQ(config("VMS", "rbufsiz=8,0\nroutines=100\n"), "rbufsiz=8,32\nroutines=100\n");
+  EXPECT_EQ(config543("VMS", "rbufsiz=8\nroutines=100\n"), "rbufsiz=32\nroutines=400\n");
+  EXPECT_EQ(config543("VMS", "rbufsiz=31\nroutines=1000,7\n"), "rbufsiz=32\nroutines=1032\n");
+  EXPECT_EQ(config543("VMS", "rbufsiz=x\nroutines=100\n"), "rbufsiz=32\nroutines=100\n");
+  EXPECT_EQ(config543("VMS", "rbufsiz=8,0\nroutines=100\n"), "rbufsiz=8,32\nroutines=100\n");
   // 32.0 / -8 * 100 + 0.1 is -399.9.
-  EXPECT_EQ(config("VMS", "rbufsiz=-8\nroutines=100\n"), "rbufsiz=32\nroutines=-399\n");
-  EXPECT_EQ(config("VMS", "rbufsiz=1\nroutines=2147483647\n"), "rbufsiz=32\nroutines=68719476704\n");
+  EXPECT_EQ(config543("VMS", "rbufsiz=-8\nroutines=100\n"), "rbufsiz=32\nroutines=-399\n");
+  EXPECT_EQ(config543("VMS", "rbufsiz=1\nroutines=2147483647\n"), "rbufsiz=32\nroutines=68719476704\n");
 }
 
 TEST_F(Step543, RaisesASmallSecondFieldOnly) {
-  EXPECT_EQ(config("VMS", "rbufsiz=16,64\nroutines=100\n"), "rbufsiz=16,64\nroutines=100\n");
-  EXPECT_EQ(config("VMS", "rbufsiz=16,64\n"), "rbufsiz=16,64\nroutines=0\n");
-  EXPECT_EQ(config("VMS", "rbufsiz=64,16,x\nroutines=10\n"), "rbufsiz=64,32,x\nroutines=20\n");
+  EXPECT_EQ(config543("VMS", "rbufsiz=16,64\nroutines=100\n"), "rbufsiz=16,64\nroutines=100\n");
+  EXPECT_EQ(config543("VMS", "rbufsiz=16,64\n"), "rbufsiz=16,64\nroutines=0\n");
+  EXPECT_EQ(config543("VMS", "rbufsiz=64,16,x\nroutines=10\n"), "rbufsiz=64,32,x\nroutines=20\n");
 }
 
 TEST_F(Step543, TakesTheFirstFieldWhenTheSecondIsEqualOrEmpty) {
-  EXPECT_EQ(config("VMS", "rbufsiz=10,10\nroutines=0\n"), "rbufsiz=32\nroutines=3\n");
-  EXPECT_EQ(config("VMS", "rbufsiz=16,\nroutines=5\n"), "rbufsiz=32\nroutines=10\n");
-  EXPECT_EQ(config("VMS", "rbufsiz=32,32\nroutines=5\n"), "rbufsiz=32,32\nroutines=5\n");
+  EXPECT_EQ(config543("VMS", "rbufsiz=10,10\nroutines=0\n"), "rbufsiz=32\nroutines=3\n");
+  EXPECT_EQ(config543("VMS", "rbufsiz=16,\nroutines=5\n"), "rbufsiz=32\nroutines=10\n");
+  EXPECT_EQ(config543("VMS", "rbufsiz=32,32\nroutines=5\n"), "rbufsiz=32,32\nroutines=5\n");
 }
 
 TEST_F(Step543, AddsWhatIsMissing) {
-  EXPECT_EQ(config("VMS", ""), "rbufsiz=32\nroutines=0\n");
-  EXPECT_EQ(config("VMS", "routines=7\n"), "routines=7\nrbufsiz=32\n");
-  EXPECT_EQ(config("VMS", "rbufsiz=8\n"), "rbufsiz=32\nroutines=0\n");
+  EXPECT_EQ(config543("VMS", ""), "rbufsiz=32\nroutines=0\n");
+  EXPECT_EQ(config543("VMS", "routines=7\n"), "routines=7\nrbufsiz=32\n");
+  EXPECT_EQ(config543("VMS", "rbufsiz=8\n"), "rbufsiz=32\nroutines=0\n");
 }
 
 std::string platform(const std::string& record) {

@@ -9,7 +9,7 @@ namespace {
 /// The text made 511 characters long.
 std::string filled(const std::string& text) { return text + std::string(511 - text.size(), 'x') + '\n'; }
 
-const std::string record = "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~\n";
+const std::string platformrecord = "[config]\noverview=X86-64(Ubuntu Linux)~UNIX~\n";
 
 /// A file of that version, with long lines that are no trouble before and behind the others.
 std::string file(const std::string& version, const std::string& lines) {
@@ -35,7 +35,7 @@ class Culprit : public ProgramTest {
   }
 };
 
-TEST_F(Culprit, IsNoLineWithoutTrouble) { EXPECT_EQ(ending(file("5.44", record)), "no line"); }
+TEST_F(Culprit, IsNoLineWithoutTrouble) { EXPECT_EQ(ending(file("5.44", platformrecord)), "no line"); }
 
 TEST_F(Culprit, IsTheEntryThatIsRewritten) {
   EXPECT_EQ(ending(file("5.43", "[config]\n" + filled("overview=Linux/AMD64~UNIX~5.43~"))),
@@ -55,36 +55,38 @@ TEST_F(Culprit, IsTheEntryWithoutWhichTheRunWouldEndElsewhere) {
 }
 
 TEST_F(Culprit, IsTheEntryWhoseFieldsAreFilledUp) {
-  EXPECT_EQ(
-      ending(file("5.33", record + "[ZPG.Applications]\nZPGApp_1=/a\n" + filled("ZPGApp_2=/b,") + "ZPGApp_3=/c\n")),
-      "5.34: ZPGApp_2 of [ZPG.Applications], line 8");
-  EXPECT_EQ(ending(file("5.0", record + "[Datasets]\nDataSet_1=VELMSYS\n" + filled("DataSet_2=VELMAUDIT,"))),
+  EXPECT_EQ(ending(file("5.33", platformrecord + "[ZPG.Applications]\nZPGApp_1=/a\n" + filled("ZPGApp_2=/b,") +
+                                    "ZPGApp_3=/c\n")),
+            "5.34: ZPGApp_2 of [ZPG.Applications], line 8");
+  EXPECT_EQ(ending(file("5.0", platformrecord + "[Datasets]\nDataSet_1=VELMSYS\n" + filled("DataSet_2=VELMAUDIT,"))),
             "5.0.5: DataSet_2 of [Datasets], line 8");
 }
 
 TEST_F(Culprit, IsTheEntryWhoseNumbersAreRepaired) {
   // Field 1 becomes 64; other entries are read before that is written.
-  EXPECT_EQ(
-      ending(file("5.41", record + filled("LegacyNetConn=0,2,3,4,") + "[DSM-DDP]\nDdpHost=elm\n[Net]\nmaxnode=8\n")),
-      "5.42: LegacyNetConn of [config], line 6");
+  EXPECT_EQ(ending(file("5.41", platformrecord + filled("LegacyNetConn=0,2,3,4,") +
+                                    "[DSM-DDP]\nDdpHost=elm\n[Net]\nmaxnode=8\n")),
+            "5.42: LegacyNetConn of [config], line 6");
 }
 
 TEST_F(Culprit, IsTheEntryWhoseValueGoesToAnother) {
-  EXPECT_EQ(ending(file("3.11", record + "[Startup]\nDomainspaceMaster=YES\n[Net]\n" + filled("NSBackupMaster="))),
-            "3.12: NSBackupMaster of [Net], line 9");
+  EXPECT_EQ(
+      ending(file("3.11", platformrecord + "[Startup]\nDomainspaceMaster=YES\n[Net]\n" + filled("NSBackupMaster="))),
+      "3.12: NSBackupMaster of [Net], line 9");
   EXPECT_EQ(ending(file("3.14", "[config]\noverview=VAX~VMS~3.14\n" + filled("usephysicalmem="))), "no line")
       << "the other key is as long";
-  EXPECT_EQ(ending(file("3.13", record + "[Startup]\n" + filled("nethard="))), "3.14: nethard of [Startup], line 7");
+  EXPECT_EQ(ending(file("3.13", platformrecord + "[Startup]\n" + filled("nethard="))),
+            "3.14: nethard of [Startup], line 7");
 }
 
 TEST_F(Culprit, IsTheEntryThatNamesASection) {
-  EXPECT_EQ(
-      ending(file("5.40", record + "[Namespaces]\nNsp_1=USER\n" + filled("Nsp_2=") + "[NspMap.USER]\nGloMap_1=a\n")),
-      "5.41: Nsp_2 of [Namespaces], line 8");
+  EXPECT_EQ(ending(file("5.40", platformrecord + "[Namespaces]\nNsp_1=USER\n" + filled("Nsp_2=") +
+                                    "[NspMap.USER]\nGloMap_1=a\n")),
+            "5.41: Nsp_2 of [Namespaces], line 8");
 }
 
 TEST_F(Culprit, IsTheFirstOfSeveral) {
-  EXPECT_EQ(ending(file("5.33", record + "[ZPG.Applications]\nZPGApp_1=/a\n" + filled("ZPGApp_2=/b,") +
+  EXPECT_EQ(ending(file("5.33", platformrecord + "[ZPG.Applications]\nZPGApp_1=/a\n" + filled("ZPGApp_2=/b,") +
                                     filled("ZPGApp_3=/c,"))),
             "5.34: ZPGApp_2 of [ZPG.Applications], line 8");
 }
