@@ -59,8 +59,8 @@ Line* lastinsection(Line* header) {
 
 Line* find(std::string_view section) {
   if (section.starts_with('[')) {
-    const auto header = directory.lower_bound(section);
-    return header == directory.end() || header->first != section ? nullptr : header->second;
+    const auto header = sectiondirectory.lower_bound(section);
+    return header == sectiondirectory.end() || header->first != section ? nullptr : header->second;
   }
   Line* line = start;  // kept: whatever line equals the text counts as a header
   while (line != nullptr && line->text() != section) line = line->next();

@@ -7,7 +7,7 @@
 
 namespace tolvane {
 
-/// All that changes links, texts and the directory.
+/// All that changes links, texts and the directory of sections.
 class Store {
  public:
   static void link(Line* before, Line* after);
@@ -17,12 +17,12 @@ class Store {
 
   static inline Line* start = nullptr;
   static inline Line* last = nullptr;
-  static inline Directory directory;
+  static inline Directory sectiondirectory;
 };
 
 Line* const& start = Store::start;
 Line* const& last = Store::last;
-const Directory& directory = Store::directory;
+const Directory& sectiondirectory = Store::sectiondirectory;
 
 /// Makes two lines neighbours. None stands for an end of the store.
 void Store::link(Line* before, Line* after) {
@@ -41,19 +41,19 @@ void Store::link(Line* before, Line* after) {
 /// Enters a linked line, if it is a header, before those of its text that stand behind it.
 void Store::enter(Line* line) {
   if (!line->header()) return;
-  const auto [first, end] = directory.equal_range(line->text());
+  const auto [first, end] = sectiondirectory.equal_range(line->text());
   const Line* behind = first == end ? nullptr : line->next();
   while (behind != nullptr && behind->text() != line->text()) behind = behind->next();
   auto place = end;
   if (behind != nullptr) place = std::find_if(first, end, [=](const auto& entry) { return entry.second == behind; });
-  directory.emplace_hint(place, line->text(), line);
+  sectiondirectory.emplace_hint(place, line->text(), line);
 }
 
 void Store::leave(const Line* line) {
   if (!line->header()) return;
-  const auto [first, end] = directory.equal_range(line->text());
+  const auto [first, end] = sectiondirectory.equal_range(line->text());
   const auto place = std::find_if(first, end, [line](const auto& entry) { return entry.second == line; });
-  if (place != end) directory.erase(place);
+  if (place != end) sectiondirectory.erase(place);
 }
 
 void Store::settext(Line& line, const Text& text) {
@@ -93,13 +93,13 @@ void discard(Line* line) {
 
 void emptystore() {
   Store::start = Store::last = nullptr;
-  Store::directory.clear();
+  Store::sectiondirectory.clear();
 }
 
 Aside::Aside()
     : first_(std::exchange(Store::start, nullptr)),
       last_(std::exchange(Store::last, nullptr)),
-      directory_(std::exchange(Store::directory, {})) {}
+      directory_(std::exchange(Store::sectiondirectory, {})) {}
 
 Aside::Aside(Aside&& other) noexcept
     : first_(std::exchange(other.first_, nullptr)), last_(other.last_), directory_(std::move(other.directory_)) {}
@@ -112,8 +112,8 @@ void Aside::putback() {
   if (first_ == nullptr) return;
   Store::link(last_, start);
   Store::link(nullptr, std::exchange(first_, nullptr));
-  directory_.merge(Store::directory);
-  Store::directory = std::exchange(directory_, {});
+  directory_.merge(Store::sectiondirectory);
+  Store::sectiondirectory = std::exchange(directory_, {});
 }
 
 }  // namespace tolvane

@@ -55,7 +55,7 @@ using Directory = std::multimap<std::string_view, Line*, Shorter>;
 
 extern Line* const& start;
 extern Line* const& last;
-extern const Directory& directory;
+extern const Directory& sectiondirectory;
 
 /// Gives a line another text.
 void settext(Line& line, const Text& text);

@@ -16,16 +16,16 @@ namespace tolvane::test {
 namespace {
 
 /// Few texts, so that headers meet others of their text. "[k=v" is what a key that begins with "[" makes.
-constexpr std::string_view texts[] = {"[A]", "[B]", "[A", "[", "[k=v", "k=v", "=v", "k", "l=1"};
-constexpr std::string_view sections[] = {"[A]", "[B]", "[A", "[", "[k=v", "k=v", "missing", ""};
-constexpr std::string_view keys[] = {"k", "l", "", "[k", "[A", "missing"};
+constexpr std::string_view sometexts[] = {"[A]", "[B]", "[A", "[", "[k=v", "k=v", "=v", "k", "l=1"};
+constexpr std::string_view somesections[] = {"[A]", "[B]", "[A", "[", "[k=v", "k=v", "missing", ""};
+constexpr std::string_view somekeys[] = {"k", "l", "", "[k", "[A", "missing"};
 
 class Directories : public StoreTest {
  protected:
   std::size_t below(std::size_t limit) { return random() % limit; }
-  std::string_view text() { return texts[below(std::size(texts))]; }
-  std::string_view section() { return sections[below(std::size(sections))]; }
-  std::string_view key() { return keys[below(std::size(keys))]; }
+  std::string_view text() { return sometexts[below(std::size(sometexts))]; }
+  std::string_view section() { return somesections[below(std::size(somesections))]; }
+  std::string_view key() { return somekeys[below(std::size(somekeys))]; }
 
   /// Any line of the store, none when it is empty.
   Line* anyline() {
@@ -118,8 +118,9 @@ std::vector<std::pair<std::string_view, Line*>> headers() {
   for (Line* line = start; line != nullptr; line = line->next()) {
     if (line->text().view().starts_with('[')) found.emplace_back(line->text(), line);
   }
-  std::stable_sort(found.begin(), found.end(),
-                   [](const auto& one, const auto& other) { return directory.key_comp()(one.first, other.first); });
+  std::stable_sort(found.begin(), found.end(), [](const auto& one, const auto& other) {
+    return sectiondirectory.key_comp()(one.first, other.first);
+  });
   return found;
 }
 
@@ -154,13 +155,13 @@ TEST_F(Directories, HoldAfterEveryOperationWhatAWalkFinds) {
         changeline();
     }
     const auto walked = headers();
-    ASSERT_TRUE(std::equal(walked.begin(), walked.end(), directory.begin(), directory.end(),
+    ASSERT_TRUE(std::equal(walked.begin(), walked.end(), sectiondirectory.begin(), sectiondirectory.end(),
                            [](const auto& one, const auto& other) {
                              return one.second == other.second && one.first.data() == other.first.data() &&
                                     one.first == other.first;
                            }))
         << lines() << "after operation " << operation;
-    for (const std::string_view text : sections) {
+    for (const std::string_view text : somesections) {
       ASSERT_EQ(find(text), walkedto(text)) << lines() << "after operation " << operation;
     }
   }

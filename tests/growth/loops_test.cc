@@ -23,7 +23,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int count = 1000;
+constexpr int filesize = 1000;
 
 /// A row: the family, or the reason in parentheses, and the text of the loop's line.
 struct Row {
@@ -117,7 +117,7 @@ std::set<std::string> quoted(bool (*kind)(const std::string& text)) {
 int linesin(const Family& family, const std::string& header) {
   int result = 0;
   bool inside = false;
-  for (const std::string& line : linesof(file(family, count))) {
+  for (const std::string& line : linesof(file(family, filesize))) {
     if (line.starts_with('[')) {
       if (result > 0 && !line.starts_with(header)) break;
       inside = line.starts_with(header);
@@ -130,7 +130,7 @@ int linesin(const Family& family, const std::string& header) {
 
 /// How many lines of the family begin so.
 int linesbeginning(const Family& family, const std::string& prefix) {
-  const std::vector<std::string> lines = linesof(file(family, count));
+  const std::vector<std::string> lines = linesof(file(family, filesize));
   return static_cast<int>(
       std::count_if(lines.begin(), lines.end(), [&](const std::string& line) { return line.starts_with(prefix); }));
 }
@@ -146,8 +146,8 @@ TEST(Everything, HasEachSectionAndSeriesOfTheSources) {
   const std::set<std::string> prefixes = quoted(isprefix);
   EXPECT_GT(sections.size(), 25U);
   EXPECT_GT(prefixes.size(), 10U);
-  for (const std::string& section : sections) EXPECT_GE(linesin(*everything, section), count) << section;
-  for (const std::string& prefix : prefixes) EXPECT_GE(linesbeginning(*everything, prefix), count) << prefix;
+  for (const std::string& section : sections) EXPECT_GE(linesin(*everything, section), filesize) << section;
+  for (const std::string& prefix : prefixes) EXPECT_GE(linesbeginning(*everything, prefix), filesize) << prefix;
 }
 
 /// How often each block was entered, by the name of the family.
@@ -160,7 +160,7 @@ CountsByFamily runfamilies() {
       forget();
       countblocks();
       testing::internal::CaptureStdout();  // a platform's warning
-      family.convert(file(family, count));
+      family.convert(file(family, filesize));
       testing::internal::GetCapturedStdout();
       result[family.name] = blockcounts();
     }
@@ -206,7 +206,7 @@ TEST_F(DrivenLoops, TakeTurnsWithTheLinesOfTheirFamily) {
         const auto found = entries.at(driver).find({source, line});
         if (found != entries.at(driver).end()) most = std::max(most, found->second);
       }
-      EXPECT_GE(most, count / 4) << driver << " does not drive " << source << ":" << loop.first << ": " << text;
+      EXPECT_GE(most, filesize / 4) << driver << " does not drive " << source << ":" << loop.first << ": " << text;
       ++driven;
     }
   }
