@@ -1,7 +1,6 @@
 #include "preview/account.h"
 
 #include <algorithm>
-#include <functional>
 #include <string_view>
 #include <utility>
 
@@ -64,8 +63,6 @@ using Like = Likeness (*)(std::uint32_t line, const Vocabulary& words);
 Likeness sametextandsection(std::uint32_t line, const Vocabulary& /*words*/) { return {line}; }
 
 Likeness sametext(std::uint32_t line, const Vocabulary& words) { return {0, words.hash(line), words.text(line)}; }
-
-std::uint32_t hashof(std::string_view text) { return static_cast<std::uint32_t>(std::hash<std::string_view>{}(text)); }
 
 Likeness samekey(std::uint32_t line, const Vocabulary& words) {
   const std::string_view text = words.text(line);

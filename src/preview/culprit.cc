@@ -29,23 +29,23 @@ struct Candidate {
 };
 
 /// The sources as the store has them, each line ended by a newline, and the long lines of all of them.
-struct Lines {
+struct Originals {
   std::vector<std::string> contents;
   std::vector<Candidate> long_;
 };
 
 /// The marks of cut lines: this character and a number.
 constexpr char mark = '\1';
-constexpr std::size_t digits = 8;
+constexpr std::size_t markdigits = 8;
 
 std::string markof(std::size_t number) {
-  std::string text(digits, '0');
-  for (std::size_t n = digits; n-- > 0; number /= 10) text[n] = static_cast<char>('0' + number % 10);
+  std::string text(markdigits, '0');
+  for (std::size_t n = markdigits; n-- > 0; number /= 10) text[n] = static_cast<char>('0' + number % 10);
   return mark + text;
 }
 
-Lines linesof(const Preview& preview) {
-  Lines lines;
+Originals linesof(const Preview& preview) {
+  Originals lines;
   for (const Source& source : preview.sources) {
     const std::size_t number = lines.contents.size();
     forget();
@@ -61,7 +61,7 @@ Lines linesof(const Preview& preview) {
 }
 
 /// A source with the long lines cut short but for the first `whole` ones of all sources. Cut ones can be marked.
-std::string cutshort(const Lines& lines, std::size_t source, std::size_t whole, bool marked) {
+std::string cutshort(const Originals& lines, std::size_t source, std::size_t whole, bool marked) {
   const std::string& contents = lines.contents[source];
   std::string result;
   result.reserve(contents.size());
@@ -77,18 +77,18 @@ std::string cutshort(const Lines& lines, std::size_t source, std::size_t whole, 
 }
 
 /// The mark at a place, as the number of its line; none if it is no mark.
-std::optional<std::size_t> marked(const Lines& lines, std::string_view text) {
+std::optional<std::size_t> marked(const Originals& lines, std::string_view text) {
   std::size_t number = 0;
   const auto [end, error] = std::from_chars(text.data() + 1, text.data() + text.size(), number);
-  const bool whole = error == std::errc{} && end == text.data() + text.size() && text.size() == 1 + digits;
+  const bool whole = error == std::errc{} && end == text.data() + text.size() && text.size() == 1 + markdigits;
   return whole && number < lines.long_.size() ? std::optional(number) : std::nullopt;
 }
 
 /// Which line, whole, would be the one that makes this cut one too long; the number of lines if none would.
-std::size_t suspect(const Lines& lines, std::string_view text) {
+std::size_t suspect(const Originals& lines, std::string_view text) {
   std::vector<std::size_t> cut;
   for (std::size_t place = text.find(mark); place < text.size(); place = text.find(mark, place + 1)) {
-    if (const auto number = marked(lines, text.substr(place, 1 + digits))) cut.push_back(*number);
+    if (const auto number = marked(lines, text.substr(place, 1 + markdigits))) cut.push_back(*number);
   }
   std::sort(cut.begin(), cut.end());
   std::size_t length = text.size();
@@ -102,7 +102,7 @@ std::size_t suspect(const Lines& lines, std::string_view text) {
 /// A conversion of the sources up to the end of the part in which the preview ended.
 struct Trial {
   const Preview& preview;
-  const Lines& lines;
+  const Originals& lines;
   std::size_t whole;
   bool marked = false;
   std::size_t parts = 0;
@@ -152,13 +152,13 @@ struct Trial {
   }
 };
 
-bool endslikewise(const Preview& preview, const Lines& lines, std::size_t whole) {
+bool endslikewise(const Preview& preview, const Originals& lines, std::size_t whole) {
   return Trial{.preview = preview, .lines = lines, .whole = whole}.endslikewise();
 }
 
 /// The number of the line to blame: as many whole lines make no run end, and one more does. It has to be below the
 /// number of lines.
-std::size_t search(const Preview& preview, const Lines& lines, std::size_t suspected) {
+std::size_t search(const Preview& preview, const Originals& lines, std::size_t suspected) {
   std::size_t fine = 0;
   std::size_t toomany = lines.long_.size();
   if (suspected < toomany) {
@@ -175,7 +175,7 @@ std::size_t search(const Preview& preview, const Lines& lines, std::size_t suspe
 }
 
 /// The line of a file in which a line of the source's contents stands, and its section.
-LongLine named(const Preview& preview, const Lines& lines, const Candidate& line) {
+LongLine named(const Preview& preview, const Originals& lines, const Candidate& line) {
   const std::string_view contents = lines.contents[line.source];
   const std::string_view text = contents.substr(line.place, line.length);
   std::size_t place = 0;
@@ -193,7 +193,7 @@ LongLine named(const Preview& preview, const Lines& lines, const Candidate& line
 }  // namespace
 
 std::optional<LongLine> culprit(const Preview& preview) {
-  const Lines lines = linesof(preview);
+  const Originals lines = linesof(preview);
   if (lines.long_.empty()) return {};
   Trial first{.preview = preview, .lines = lines, .whole = 0, .marked = true};
   if (first.endslikewise()) return {};

@@ -13,7 +13,7 @@ namespace tolvane {
 namespace {
 
 constexpr std::size_t context = 3;
-constexpr std::size_t piecesize = 1 << 16;
+constexpr std::size_t outputsize = 1 << 16;
 
 /// Takes the first line off a text, with its newline.
 std::string_view takeline(std::string_view& text) {
@@ -74,7 +74,7 @@ struct Output {
   void add(char sign, std::string_view line) {
     piece.append(1, sign).append(line);
     if (!line.ends_with('\n')) piece += "\n\\ No newline at end of file\n";
-    if (piece.size() >= piecesize) flush();
+    if (piece.size() >= outputsize) flush();
   }
   void flush() {
     sink(piece);

@@ -10,8 +10,6 @@ namespace {
 constexpr std::size_t leastslots = 1024;
 constexpr std::size_t piecesize = 1 << 16;
 
-std::uint32_t hashof(std::string_view text) { return static_cast<std::uint32_t>(std::hash<std::string_view>{}(text)); }
-
 /// Where a line is looked for first. A header is equal to any other one of its text.
 std::size_t placeof(std::string_view text, std::uint32_t section, std::uint32_t hash) {
   const std::uint32_t above = text.starts_with('[') ? Vocabulary::nosection : section;
@@ -19,6 +17,8 @@ std::size_t placeof(std::string_view text, std::uint32_t section, std::uint32_t 
 }
 
 }  // namespace
+
+std::uint32_t hashof(std::string_view text) { return static_cast<std::uint32_t>(std::hash<std::string_view>{}(text)); }
 
 Vocabulary::Vocabulary() : slots_(leastslots) { number("", nosection); }
 

@@ -12,6 +12,8 @@
 
 namespace tolvane {
 
+std::uint32_t hashof(std::string_view text);
+
 /// Numbers lines, equal ones alike. Two lines are equal if their texts and the headers of their sections are.
 class Vocabulary {
  public:
