@@ -4,6 +4,7 @@ import re
 from measuring import FLOOR, HERE, TOLVANE, Tool
 
 EDITS = 200
+BEHIND = ", settings last"  # the second order of the sections
 CALLS = 10  # of a tool that makes one call an edit; its time is scaled to all edits
 
 
@@ -85,10 +86,16 @@ def single(bench, change):
     return [*tools, Tool("crudini --set", ["crudini", "--set", "a", section[1:-1], key, value], changes=[change])]
 
 
-def both(command, changes=()):
-    """tolvane and its floor, with the words behind the command and the file."""
+def perl(bench, changes):
+    """The quickest of the peers with the first change alone."""
+    bench.write("one", listed(changes[:1]))
+    return [Tool("perl -i, one edit", ["perl", "-i", str(HERE / "peers/edit.pl"), "one", "a"], changes=changes[:1])]
+
+
+def both(command, changes=(), text=None, order=""):
+    """tolvane and its floor, with the words behind the command and the file, on a text in an order that is named."""
     words = [word for change in changes for word in change]
     return [
-        Tool("tolvane", [TOLVANE, command, "a", *words], success=1, changes=changes),
-        Tool("floor", [FLOOR, command, "a", *words], changes=changes),
+        Tool("tolvane" + order, [TOLVANE, command, "a", *words], text, 1, changes),
+        Tool("floor" + order, [FLOOR, command, "a", *words], text, 0, changes),
     ]

@@ -82,14 +82,14 @@ TEST(Align, TakesNoMemoryForRepeats) {
   Repeats before;
   for (int n = 0; n < 100; ++n) {
     before.push_back(1);
-    for (int blank = 0; blank < 1000000; ++blank) before.push_back(2);
+    for (int blank = 0; blank < 10000; ++blank) before.push_back(2);
   }
-  ASSERT_EQ(before.size(), 100000100U);
+  ASSERT_EQ(before.size(), 1000100U);
   EXPECT_EQ(before[99], 2U);
-  EXPECT_EQ(before[1000001], 1U);
+  EXPECT_EQ(before[10001], 1U);
   EXPECT_EQ(before[0], 1U);
   const std::vector<std::uint32_t> after{1, 2, 1, 3};
-  EXPECT_THAT(pairsof(align(before, after, 4)), ElementsAre(Pair{0, 0}, Pair{1, 1}, Pair{1000001, 2}));
+  EXPECT_THAT(pairsof(align(before, after, 4)), ElementsAre(Pair{0, 0}, Pair{1, 1}, Pair{10001, 2}));
 }
 
 /// The length of the longest common subsequence, by its definition.
