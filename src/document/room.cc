@@ -5,8 +5,8 @@
 #include <unistd.h>
 
 #include <climits>
-#include <cstdint>
 #include <cstdlib>
+#include <memory>
 
 #include "document/linestore.h"
 
@@ -16,6 +16,9 @@ namespace {
 
 /// What a line takes with what malloc keeps before it.
 constexpr std::size_t linesize = sizeof(Line) + 16;
+
+/// From so many bytes on it is worth while to ask for pages of 2 MiB, which the kernel has to look for.
+constexpr std::size_t large = 4 << 20;
 
 /// What the steps add to any file of the oldest versions.
 constexpr std::size_t added = 240;
@@ -43,13 +46,13 @@ void keepmemory() {
 void takeroom(std::string_view bytes) {
   const std::size_t size = (countlines(bytes) + added) * linesize;
   void* const room = std::malloc(size);
-  if (room == nullptr) return;
-  const auto page = static_cast<std::uintptr_t>(4096);
-  const std::uintptr_t begin = (reinterpret_cast<std::uintptr_t>(room) + page - 1) & ~(page - 1);
-  const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(room) + size) & ~(page - 1);
-  if (begin < end) {
-    if (size >= (4U << 20)) (void)madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
-    (void)madvise(reinterpret_cast<void*>(begin), end - begin, MADV_POPULATE_WRITE);
+  const auto page = static_cast<std::size_t>(getpagesize());
+  void* begin = room;
+  std::size_t length = size;
+  if (room != nullptr && std::align(page, page, begin, length) != nullptr) {
+    length -= length % page;
+    if (length >= large) (void)madvise(begin, length, MADV_HUGEPAGE);
+    (void)madvise(begin, length, MADV_POPULATE_WRITE);
   }
   std::free(room);
 }

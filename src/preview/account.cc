@@ -97,7 +97,7 @@ class Groups {
     std::size_t size = 16;
     while (size < 2 * lines.size()) size *= 2;
     slots_.resize(size);
-    for (std::uint32_t n = static_cast<std::uint32_t>(lines.size()); n-- > 0;) {
+    for (auto n = static_cast<std::uint32_t>(lines.size()); n-- > 0;) {
       if (lines[n].partner == none) put(n);
     }
   }

@@ -49,7 +49,7 @@ Originals linesof(const Preview& preview) {
   for (const Source& source : preview.sources) {
     const std::size_t number = lines.contents.size();
     forget();
-    parse(source.loaded ? std::string_view(source.bytes) : std::string_view{});
+    parse(source.loaded ? std::string_view{source.bytes} : std::string_view{});
     const std::string& contents = lines.contents.emplace_back(tolvane::contents());
     for (std::size_t begin = 0; begin < contents.size();) {
       const std::size_t length = contents.find('\n', begin) - begin;

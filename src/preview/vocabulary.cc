@@ -66,7 +66,7 @@ std::string_view Vocabulary::copied(std::string_view text) {
   }
   std::string& piece = copies_.back();
   piece.append(text);
-  return std::string_view(piece).substr(piece.size() - text.size());
+  return std::string_view{piece}.substr(piece.size() - text.size());
 }
 
 void Vocabulary::reserve(std::size_t more) {
