@@ -39,7 +39,14 @@ Differences differences(std::string_view before, std::string_view after) {
   while (!after.empty()) later.push_back(words.lent(takeline(after), Vocabulary::nosection));
   // No empty line is part of a text: its number can stand for all that the later text does not have.
   Repeats earlier;
-  while (!before.empty()) earlier.push_back(words.known(takeline(before), Vocabulary::nosection));
+  std::string_view previous;
+  std::uint32_t number = 0;
+  while (!before.empty()) {
+    const std::string_view line = takeline(before);
+    if (line != previous) number = words.known(line, Vocabulary::nosection);  // blank lines come in thousands
+    earlier.push_back(number);
+    previous = line;
+  }
   std::vector<Match> matches = align(earlier, later, words.size());
   matches.push_back({earlier.size(), later.size(), 0});
   Differences differences{{}, earlier.size()};
