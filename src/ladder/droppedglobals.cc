@@ -31,7 +31,7 @@ struct Sections {
 Sections mappingsections() {
   Sections sections;
   Section* section = nullptr;
-  std::size_t place = 0;
+  std::uint32_t place = 0;
   for (Line* line = start; line != nullptr; line = line->next()) {
     if (!line->header()) {
       if (section != nullptr) addline(section->mappings, *line, ++place);

@@ -1,6 +1,7 @@
 #include "ladder/mappings.h"
 
 #include <algorithm>
+#include <climits>
 #include <functional>
 
 #include "document/entries.h"
@@ -78,22 +79,28 @@ void dropsubscripts(Mappings& mappings, std::string_view global) {
   }
 }
 
+/// The entries of `further`, in a row: so the processor need not wait for one to find the next.
+using Further = std::vector<decltype(Mappings::further)::value_type*>;
+
 /// Gives the first mapping of each number above the gap the number before; the first of number n is then
 /// firsts[n - 1 + shift]. Only numbers with further mappings need work: what comes to them may not be the first there.
-void closegap(Mappings& mappings, std::size_t gap, std::size_t& shift) {
-  auto& [firsts, further, hidden, subscripts, kept, lines] = mappings;
+void closegap(Mappings& mappings, Further& further, std::size_t gap, std::size_t& shift) {
+  auto& firsts = mappings.firsts;
   const std::size_t last = firsts.size() - shift++;
-  auto entry = further.lower_bound(gap);
-  for (; entry != further.end() && entry->first < last; ++entry) {
-    auto& [number, others] = *entry;
+  auto entry = std::partition_point(further.begin(), further.end(), [=](const auto* one) { return one->first < gap; });
+  for (; entry != further.end() && (*entry)->first < last; ++entry) {
+    auto& [number, others] = **entry;
     Mapping& moved = firsts[number - 1 + shift];
     if (moved > others.front()) exchangefirst(others, moved);
   }
   if (entry == further.end()) return;
   // Kept: no mapping comes to the last number, and the first of its further ones is deleted.
-  discard(takefirst(entry->second).line);
-  if (!entry->second.empty()) firsts.push_back(takefirst(entry->second));
-  if (entry->second.empty()) further.erase(entry);
+  auto& others = (*entry)->second;
+  discard(takefirst(others).line);
+  if (!others.empty()) firsts.push_back(takefirst(others));
+  if (!others.empty()) return;
+  further.pop_back();
+  mappings.further.erase(last);
 }
 
 void renumber(const Mapping& mapping, std::size_t number) {
@@ -102,9 +109,9 @@ void renumber(const Mapping& mapping, std::size_t number) {
 
 }  // namespace
 
-void addline(Mappings& mappings, Line& line, std::size_t place) {
-  if (const auto number = static_cast<std::size_t>(numberof(line, mappingprefix))) {
-    add(mappings, number, {place, &line, number, isdropped(line)});
+void addline(Mappings& mappings, Line& line, std::uint32_t place) {
+  if (const auto number = static_cast<std::uint32_t>(numberof(line, mappingprefix))) {
+    add(mappings, number, {&line, place, number & std::uint32_t{INT_MAX}, isdropped(line) ? 1U : 0U});
   } else if (line.text().view().starts_with(subscriptprefix)) {
     mappings.subscripts.try_emplace({keyof(line), place}, &line);
   } else {
@@ -129,13 +136,17 @@ void join(Mappings& mappings, Mappings&& joined) {
 
 void dropmappings(Mappings& mappings) {
   auto& firsts = mappings.firsts;
+  while (mappings.kept < firsts.size() && firsts[mappings.kept].dropped == 0) ++mappings.kept;
+  if (mappings.kept == firsts.size()) return;
+  Further further;
+  for (auto& entry : mappings.further) further.push_back(&entry);
   std::size_t number = mappings.kept + 1;
   for (std::size_t shift = 0; number + shift <= firsts.size();) {
     const Mapping first = firsts[number - 1 + shift];
-    if (first.dropped) {
+    if (first.dropped != 0) {
       dropsubscripts(mappings, Text(globalof(*first.line)));
       discard(first.line);
-      closegap(mappings, number, shift);
+      closegap(mappings, further, number, shift);
     } else {
       firsts[number++ - 1] = first;
     }
