@@ -9,7 +9,7 @@ namespace tolvane {
 
 namespace {
 
-/// What the steps add to a file at most, unless they rewrite many lines.
+/// Bytes that the steps add to an ordinary file.
 constexpr std::size_t growth = 16384;
 
 std::string result(const Original& original) { return contents(original.size() + growth); }

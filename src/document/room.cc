@@ -20,10 +20,11 @@ constexpr std::size_t linesize = sizeof(Line) + 16;
 /// From so many bytes on it is worth while to ask for pages of 2 MiB, which the kernel has to look for.
 constexpr std::size_t large = 4 << 20;
 
-/// What the steps add to any file of the oldest versions.
+/// Lines that the steps add to a file of the oldest versions.
 constexpr std::size_t added = 240;
 
-/// How many lines begin with a character that makes them no blank ones: all lines of an ordinary file.
+/// Counts the lines that begin with a printable character: all but the blank ones of an ordinary file, and never one
+/// that is not kept.
 std::size_t countlines(std::string_view bytes) {
   std::size_t count = 0;
   while (!bytes.empty()) {
@@ -38,6 +39,7 @@ std::size_t countlines(std::string_view bytes) {
 }  // namespace
 
 void keepmemory() {
+  // Large blocks come from the heap, too, and what is freed at its end is not given back.
   (void)mallopt(M_MMAP_MAX, 0);
   (void)mallopt(M_TRIM_THRESHOLD, INT_MAX);
   (void)mallopt(M_TOP_PAD, 1 << 18);
@@ -54,7 +56,7 @@ void takeroom(std::string_view bytes) {
     if (length >= large) (void)madvise(begin, length, MADV_HUGEPAGE);
     (void)madvise(begin, length, MADV_POPULATE_WRITE);
   }
-  std::free(room);
+  std::free(room);  // for the lines
 }
 
 }  // namespace tolvane

@@ -5,10 +5,11 @@
 
 namespace tolvane {
 
-/// Keeps what is freed for what is allocated next, for the rest of the process.
+/// From now on, memory that is freed stays with the process for what is allocated next.
 void keepmemory();
 
-/// Takes memory for the lines that parsing these bytes will allocate. Where there is none, they find out themselves.
+/// Has the system fill in the memory for the lines that parsing these bytes allocates. Does nothing where there is not
+/// so much. Needs keepmemory().
 void takeroom(std::string_view bytes);
 
 }  // namespace tolvane

@@ -78,7 +78,7 @@ TEST(Align, KeepsALargePieceOfRepetitionsInBounds) {
   for (const auto& [earlier, later] : matches) ASSERT_EQ(before[earlier], after[later]);
 }
 
-TEST(Align, TakesNoMemoryForRepeats) {
+TEST(Align, PairsWhatStandsAmongLongRepeats) {
   Repeats before;
   for (int n = 0; n < 100; ++n) {
     before.push_back(1);
